@@ -67,7 +67,9 @@ public:
         for (const auto& design : designs) {
             const int index = first_ + static_cast<int>(members_.size());
             T& member = members_.emplace_back(static_cast<Form&>(form), name, design, index);
-            if (handler) member.mainEvent().connect([&form, handler, index] { (form.*handler)(index); });
+            if constexpr (requires { member.mainEvent(); }) {
+                if (handler) member.mainEvent().connect([&form, handler, index] { (form.*handler)(index); });
+            }
         }
     }
 

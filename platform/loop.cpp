@@ -87,11 +87,7 @@ bool Loop::runOne() {
 
 void Loop::step(std::optional<milliseconds> atMost) {
     if (depth_ == 0) releaseRetired();
-    bool busy = runOne();
-    if (!busy && onIdle) {
-        onIdle();
-        busy = due();
-    }
+    const bool busy = runOne() || (onIdle && onIdle()) || due();
     if (ended_) return;
     if (busy) {
         host_.serve(milliseconds{0});

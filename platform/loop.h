@@ -72,14 +72,18 @@ public:
     /// The program's time: the host's, and all that was skipped.
     std::chrono::milliseconds now() const { return host_.elapsed() + skipped_; }
 
+    /// How far the program's time is ahead of the host's.
+    std::chrono::milliseconds skipped() const { return skipped_; }
+
     /// Whether a posted call or a timer is due.
     bool due() const;
 
     /// How many turns are on the stack.
     int depth() const { return depth_; }
 
-    /// Called when nothing is due, before the loop goes to sleep, at whatever depth.
-    Handler onIdle;
+    /// Called when nothing is due, before the loop goes to sleep, at whatever depth. True: it did something,
+    /// look again.
+    std::function<bool()> onIdle;
     /// Told of a failure that a turn did not handle.
     std::function<void(const Failure&)> onFailure;
 

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace velmora {
+
+/// Told of everything that the program asks of the character, at the call and in call order, even if the
+/// request later fails or is dropped.
+class AgentObserver {
+public:
+    virtual ~AgentObserver() = default;
+    virtual void loaded(const std::string& /*name*/) {}
+    virtual void showAsked() {}
+    virtual void hideAsked() {}
+    virtual void playAsked(const std::string& /*animation*/) {}
+    /// `text` as it was handed over; `shown` is what the balloon shows of it.
+    virtual void speakAsked(const std::string& /*text*/, const std::string& /*shown*/) {}
+    virtual void thinkAsked(const std::string& /*text*/) {}
+    virtual void moveAsked(int /*x*/, int /*y*/) {}
+    virtual void stopAllAsked() {}
+    virtual void listenAsked(bool /*on*/) {}
+    virtual void propertiesAsked() {}
+    virtual void choiceAsked() {}
+};
+
+}  // namespace velmora

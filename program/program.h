@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+#include "character/character.h"
+#include "core/frm_login.h"
+#include "core/frm_main.h"
+#include "core/frm_splash.h"
+#include "core/settings.h"
+#include "core/start_up.h"
+#include "platform/form.h"
+#include "platform/platform.h"
+
+namespace velmora {
+
+/// One running copy of the program: it owns every form and subsystem and connects them. Two of them can live
+/// side by side, each on a platform of its own.
+class Program {
+public:
+    /// The platform outlives the program.
+    explicit Program(Platform& platform);
+
+    /// Runs `Main` in a turn of its own.
+    void start();
+
+    /// The orderly end, once the loop has ended: each form's terminate event.
+    void terminate() { forms_.terminate(); }
+
+    Forms& forms() { return forms_; }
+    CharacterHost& character() { return character_; }
+    FrmMain& main() { return main_; }
+    frmLogin& login() { return login_; }
+
+private:
+    void Execute(const std::string& file);
+
+    Platform& platform_;
+    Forms forms_;
+    Settings settings_;
+    std::string IniFile_;
+    FrmSplash splash_;
+    frmLogin login_;
+    FrmMain main_;
+    CharacterHost character_;
+    StartUp startUp_;
+};
+
+}  // namespace velmora
