@@ -68,7 +68,7 @@ std::string linkTarget(std::string path) {
 
 /// Reads to the end of the file; `size` is a first guess, which files of the kernel's own get wrong.
 std::string readAll(const FileDescriptor& file, std::size_t size, const std::string& path) {
-    constexpr std::size_t step = 64 * 1024;
+    constexpr std::size_t step = 65'536;
     std::string content;
     std::size_t used = 0;
     content.resize(size + 1);

@@ -66,7 +66,7 @@ TEST_F(UsersTool, GivesAnExistingUserANewPasswordAndNoOldOneStays) {
 
 TEST_F(UsersTool, LeavesRubbishInTheListByteForByte) {
     // A code of 0 does not survive being deciphered and enciphered again.
-    const std::string rubbish("\0\0\0rubbish\n\nmore\0", 18);
+    const std::string rubbish("\0\0\0rubbish\n\nmore\0", 17);
     files.put("/data/Users.vlu", rubbish);
     EXPECT_EQ(run({"add", "Anna"}), 0);
     EXPECT_EQ(files.read("/data/Users.vlu"), rubbish + "\n" + Encipher("Anna:secret", userListKey) + "\n");

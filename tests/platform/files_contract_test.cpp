@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <ostream>
 
 #include "base/failure.h"
 #include "platform/posix/posix_files.h"
@@ -54,9 +55,22 @@ private:
     InMemoryFiles files_;
 };
 
-using MakeGround = std::unique_ptr<Ground> (*)();
+struct Kind {
+    const char* name;
+    std::unique_ptr<Ground> (*make)();
+};
 
-class FilesContract : public testing::TestWithParam<MakeGround> {
+/// Names the kind in the names of the tests.
+void PrintTo(const Kind& kind, std::ostream* stream) {
+    *stream << kind.name;
+}
+
+template <class SomeGround>
+std::unique_ptr<Ground> make() {
+    return std::make_unique<SomeGround>();
+}
+
+class FilesContract : public testing::TestWithParam<Kind> {
 protected:
     std::string at(std::string_view name) const { return path(ground->folder(), name); }
 
@@ -69,7 +83,7 @@ protected:
         }
     }
 
-    std::unique_ptr<Ground> ground = GetParam()();
+    std::unique_ptr<Ground> ground = GetParam().make();
     Files& files = ground->files();
 };
 
@@ -150,11 +164,9 @@ TEST_P(FilesContract, ListsPlainFilesByEndingInByteOrder) {
     EXPECT_THAT(files.list(at("a.txt"), ""), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Both, FilesContract,
-    testing::Values<MakeGround>([]() -> std::unique_ptr<Ground> { return std::make_unique<PosixGround>(); },
-                                []() -> std::unique_ptr<Ground> { return std::make_unique<MemoryGround>(); }),
-    [](const auto& instance) { return instance.index == 0 ? "Posix" : "InMemory"; });
+INSTANTIATE_TEST_SUITE_P(Every, FilesContract,
+                         testing::Values(Kind{"Posix", make<PosixGround>},
+                                         Kind{"InMemory", make<MemoryGround>}));
 
 }  // namespace
 }  // namespace velmora

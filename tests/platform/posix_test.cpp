@@ -1,14 +1,17 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <pty.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
@@ -17,6 +20,7 @@
 #include "platform/posix/application_folder.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/instance_lock.h"
+#include "platform/posix/password_prompt.h"
 #include "platform/posix/posix_files.h"
 
 namespace velmora {
@@ -24,6 +28,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 class Posix : public testing::Test {
 protected:
@@ -84,7 +89,7 @@ TEST_F(Posix, WhatIsNoRegularFileIsRefusedWithoutWaiting) {
 }
 
 TEST_F(Posix, AFileWhoseSizeIsNotToldIsReadToItsEnd) {
-    EXPECT_THAT(files.read("/proc/self/status"), testing::HasSubstr("Pid:"));
+    EXPECT_THAT(files.read("/proc/self/status"), HasSubstr("Pid:"));
 }
 
 TEST_F(Posix, AReaderSeesTheOldFileOrTheNewOneWhole) {
@@ -190,6 +195,77 @@ TEST_F(Posix, TheApplicationFolderFollowsTheUsersEnvironment) {
     files.replace(at("file"), "", Privacy::shared);
     EXPECT_THROW(createPrivateFolder(at("file/x")), Failure);
     EXPECT_THROW(createPrivateFolder(at("file")), Failure);
+}
+
+/// A child that asks for a password on a terminal of its own, and prints it.
+class PasswordOnATerminal : public testing::Test {
+protected:
+    PasswordOnATerminal() : child(::forkpty(&terminal, nullptr, nullptr, nullptr)) {
+        if (child != 0) return;
+        const auto password = askForPassword("First: ", "Second: ");
+        std::puts(password ? ("<" + *password + ">").c_str() : "<none>");
+        std::fflush(stdout);
+        ::_exit(0);
+    }
+    ~PasswordOnATerminal() override { ::close(terminal); }
+    PasswordOnATerminal(const PasswordOnATerminal&) = delete;
+    PasswordOnATerminal& operator=(const PasswordOnATerminal&) = delete;
+
+    /// Types the text once the terminal shows the question; nothing that it shows may hold what was typed.
+    void answer(std::string_view question, std::string_view text) {
+        waitFor(question);
+        EXPECT_FALSE(echoes());
+        EXPECT_EQ(::write(terminal, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+    void waitFor(std::string_view text) {
+        std::array<char, 256> buffer{};
+        while (shown.find(text) == std::string::npos) {
+            const auto count = ::read(terminal, buffer.data(), buffer.size());
+            if (count <= 0) break;
+            shown.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        EXPECT_THAT(shown, HasSubstr(text));
+    }
+
+    bool echoes() const {
+        termios state{};
+        return ::tcgetattr(terminal, &state) == 0 && (state.c_lflag & ECHO) != 0;
+    }
+
+    int waitForEnd() const {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return status;
+    }
+
+    int terminal = -1;
+    pid_t child;
+    std::string shown;
+};
+
+TEST_F(PasswordOnATerminal, IsTakenUnseenWhenTwoAnswersAgree) {
+    answer("First: ", "hush\n");
+    answer("Second: ", "hush\n");
+    waitFor("<hush>");
+    EXPECT_EQ(shown.find("hush"), shown.find("<hush>") + 1);
+    EXPECT_TRUE(echoes());
+    waitForEnd();
+}
+
+TEST_F(PasswordOnATerminal, IsNoneWhenTheAnswersDifferOrEndEarly) {
+    answer("First: ", "hush\n");
+    answer("Second: ", "hus\x04\x04");
+    waitFor("The two passwords differ.");
+    waitFor("<none>");
+    waitForEnd();
+}
+
+TEST_F(PasswordOnATerminal, LeavesTheTerminalEchoingWhenASignalEndsTheProgram) {
+    answer("First: ", "hu\x03");
+    const int status = waitForEnd();
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_TRUE(echoes());
 }
 
 }  // namespace

@@ -71,6 +71,7 @@ void InMemoryFiles::remove(const std::string& path) {
 }
 
 std::vector<std::string> InMemoryFiles::list(const std::string& folder, std::string_view ending) const {
+    refuseNul(folder);
     std::vector<std::string> names;
     const auto where = normal(folder);
     for (const auto& [path, file] : files_) {
