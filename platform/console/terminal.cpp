@@ -1,23 +1,12 @@
 #include "platform/console/terminal.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 
 #include "base/text.h"
 
 namespace velmora {
 namespace {
-
-std::string_view changeName(FormChange change) {
-    constexpr std::array names{"loaded", "shown", "hidden", "minimised", "unloaded"};
-    return names.at(static_cast<std::size_t>(change));
-}
-
-std::string_view iconName(BoxIcon icon) {
-    constexpr std::array names{"none", "exclamation", "information", "question"};
-    return names.at(static_cast<std::size_t>(icon));
-}
 
 std::string_view stateName(const Form& form) {
     if (!form.alive()) return "unloaded";
@@ -61,10 +50,12 @@ const std::vector<Terminal::Command>& Terminal::commands() {
     return table;
 }
 
-Terminal::Terminal(Needs needs) : needs_(needs), addresses_(needs.forms), waiting_(needs.loop, [] {}) {
-    needs_.forms.add(*this);
+Terminal::Terminal(Needs needs)
+    : needs_(needs),
+      reporter_(needs.printer, needs.forms, needs.boxes, needs.agent),
+      addresses_(needs.forms),
+      waiting_(needs.loop, [] {}) {
     needs_.boxes.add(*this);
-    needs_.agent.add(*this);
     needs_.loop.onIdle = [this] { return idle(); };
     needs_.loop.onFailure = [this](const Failure& failure) {
         needs_.printer.print({"failed", std::to_string(failure.number), failure.description});
@@ -72,7 +63,6 @@ Terminal::Terminal(Needs needs) : needs_(needs), addresses_(needs.forms), waitin
 }
 
 Terminal::~Terminal() {
-    needs_.forms.remove(*this);
     needs_.loop.onIdle = {};
     needs_.loop.onFailure = {};
 }
@@ -248,70 +238,8 @@ void Terminal::end() {
     needs_.loop.end();
 }
 
-void Terminal::formChanged(Form& form, FormChange change) {
-    needs_.printer.print({"form", form.name(), changeName(change)});
-}
-
-void Terminal::focusMoved(Control& control) {
-    needs_.printer.print({"focus", control.displayName()});
-}
-
-void Terminal::menuPopped(Menu& menu) {
-    needs_.printer.print({"popup", menu.form().name() + "." + menu.displayName()});
-}
-
-void Terminal::loaded(const std::string& name) {
-    needs_.printer.print({"character", name});
-}
-
-void Terminal::showAsked() {
-    needs_.printer.print({"show"});
-}
-
-void Terminal::hideAsked() {
-    needs_.printer.print({"hide"});
-}
-
-void Terminal::playAsked(const std::string& animation) {
-    needs_.printer.print({"play", animation});
-}
-
-void Terminal::speakAsked(const std::string& text, const std::string& shown) {
-    needs_.printer.print({"speak", text, shown});
-}
-
-void Terminal::thinkAsked(const std::string& text) {
-    needs_.printer.print({"think", text});
-}
-
-void Terminal::moveAsked(int x, int y) {
-    needs_.printer.print({"moveto", std::to_string(x), std::to_string(y)});
-}
-
-void Terminal::stopAllAsked() {
-    needs_.printer.print({"stopall"});
-}
-
-void Terminal::listenAsked(bool on) {
-    needs_.printer.print({"listen", on ? "on" : "off"});
-}
-
-void Terminal::propertiesAsked() {
-    needs_.printer.print({"properties"});
-}
-
-void Terminal::choiceAsked() {
-    needs_.printer.print({"choose"});
-}
-
 void Terminal::boxOpened(const std::shared_ptr<Box>& box) {
-    if (box->kind != Box::Kind::message) {
-        const bool open = box->kind == Box::Kind::openFile;
-        return needs_.printer.print({"dialog", open ? "open" : "save", box->title, box->filter});
-    }
-    const bool ok = box->buttons == BoxButtons::ok;
-    needs_.printer.print({"box", box->title, box->text, iconName(box->icon), ok ? "ok" : "yesno"});
-    if (ok) box->reply(BoxAnswer::ok);
+    if (box->kind == Box::Kind::message && box->buttons == BoxButtons::ok) box->reply(BoxAnswer::ok);
 }
 
 }  // namespace velmora

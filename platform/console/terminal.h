@@ -10,20 +10,20 @@
 #include "platform/console/addresses.h"
 #include "platform/console/line_input.h"
 #include "platform/console/lines.h"
+#include "platform/console/reporter.h"
 #include "platform/console/terminal_ports.h"
-#include "platform/engine/agent_observer.h"
 #include "platform/engine/engine_agent.h"
 #include "platform/form.h"
 #include "platform/loop.h"
 
 namespace velmora {
 
-/// The program in a terminal: prints what the program does, a line each, and follows lines of input.
+/// The program in a terminal: a reporter prints what the program does, and lines of input are followed.
 ///
 /// A line is read only when nothing is due any more: the program is idle, or a handler of it waits in a
 /// Yes/No box or a file dialog or in a loop that yields. That moment is also when the line before gets its
 /// `ok`.
-class Terminal : public ProgramView, public AgentObserver, public BoxView {
+class Terminal : public BoxView {
 public:
     struct Needs {
         Loop& loop;
@@ -44,22 +44,6 @@ public:
 
     /// Whether the input, not the program, ended it: then no form is told of the end.
     bool cut() const { return cut_; }
-
-    void formChanged(Form& form, FormChange change) override;
-    void focusMoved(Control& control) override;
-    void menuPopped(Menu& menu) override;
-
-    void loaded(const std::string& name) override;
-    void showAsked() override;
-    void hideAsked() override;
-    void playAsked(const std::string& animation) override;
-    void speakAsked(const std::string& text, const std::string& shown) override;
-    void thinkAsked(const std::string& text) override;
-    void moveAsked(int x, int y) override;
-    void stopAllAsked() override;
-    void listenAsked(bool on) override;
-    void propertiesAsked() override;
-    void choiceAsked() override;
 
     void boxOpened(const std::shared_ptr<Box>& box) override;
     void boxClosed(const std::shared_ptr<Box>&) override {}
@@ -101,6 +85,7 @@ private:
     void end();
 
     Needs needs_;
+    Reporter reporter_;
     Addresses addresses_;
     LoopTimer waiting_;  ///< runs while a `wait` line is under way
     bool ready_ = false;

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/boxes.h"
+#include "platform/console/addresses.h"
+#include "platform/console/lines.h"
+#include "platform/console/reporter.h"
+#include "platform/console/terminal_ports.h"
+#include "platform/engine/engine_agent.h"
+#include "platform/engine/instant_stage.h"
+#include "platform/machine_settings.h"
+#include "platform/platform.h"
+#include "program/program.h"
+#include "tests/support/simulated_machine.h"
+
+namespace velmora {
+
+/// A stage for one figure: an order ends at once, or, while `paused`, when the test says so.
+class SimulatedStage : public InstantStage {
+public:
+    void perform(const agent::Order& order, std::function<void(bool performed)> done) override;
+    void cut() override { done_ = nullptr; }
+    void end();
+    bool paused = false;
+
+private:
+    std::function<void(bool performed)> done_;
+};
+
+/// One running copy of the program on a simulated machine.
+class SimulatedProgram : private LoopHost, private Application, private Clock, private BoxView {
+public:
+    SimulatedProgram(SimulatedMachine& machine, std::string folder);
+    ~SimulatedProgram() override;
+
+    // What a person does. Each runs until nothing is due, and fails the test if a person could not do it.
+    void menu(const std::string& address);
+    void click(const std::string& address);
+    void type(const std::string& address, const std::string& text);
+    void clickCharacter(int button);
+    void doubleClickCharacter(int button);
+    void close(const std::string& form);
+    /// Answers the newest box that waits.
+    void answer(BoxAnswer answer);
+
+    /// Runs something inside the program, in a turn, until nothing is due.
+    void run(std::function<void(Program&)> what);
+
+    /// What the program has done since the last call, in the lines of the terminal host, blanks for TABs.
+    std::vector<std::string> takeLines();
+    /// The spoken texts among them, as the balloon shows them.
+    std::vector<std::string> takeSaid();
+
+    std::string value(const std::string& address);
+    bool ended() const { return ended_; }
+    SimulatedStage& stage() { return *stage_; }
+    TerminalPointer& pointer() { return pointer_; }
+    Loop& loop() { return loop_; }
+
+private:
+    friend class SimulatedMachine;
+
+    std::chrono::milliseconds elapsed() const override { return machine_.now(); }
+    void serve(std::optional<std::chrono::milliseconds> atMost) override;
+    const std::string& Path() const override { return folder_; }
+    bool PrevInstance() override { return !machine_.lockFolder(folder_, *this); }
+    DateTime now() const override;
+    void boxOpened(const std::shared_ptr<Box>& box) override;
+    void boxClosed(const std::shared_ptr<Box>&) override {}
+
+    bool due() const;
+    void resume();
+    void giveBaton(bool toProgram);
+    void live();
+    Platform platform();
+
+    SimulatedMachine& machine_;
+    std::string folder_;
+
+    std::ostringstream out_;
+    LinePrinter printer_{out_};
+    Loop loop_{*this};
+    IniSettingsFile settings_{machine_.files};
+    MachineSettings machineSettings_{settings_, folder_};
+    SeededRandom random_{1};
+    Boxes boxes_{loop_};
+    TerminalShell shell_{printer_, nullptr};
+    TerminalTray tray_{printer_, nullptr};
+    TerminalPointer pointer_;
+    SimulatedStage* stage_ = nullptr;
+    EngineAgent agent_;
+    Platform platform_;
+    Program program_;
+    Reporter reporter_;
+
+    std::deque<std::function<void()>> inbox_;
+    std::optional<std::chrono::milliseconds> wakeAt_{std::chrono::milliseconds(0)};
+    bool cut_ = false;
+    bool ended_ = false;
+    std::exception_ptr broken_;
+
+    std::mutex mutex_;
+    std::condition_variable baton_;
+    bool programHasBaton_ = false;
+    std::thread thread_;
+};
+
+}  // namespace velmora
