@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace agent {
+
+/// Bytes read as text: valid UTF-8 as it is, all else as Windows-1252.
+std::string toUtf8(std::string_view bytes);
+
+/// Whether two names are the same but for the case of the letters a to z.
+bool sameName(std::string_view left, std::string_view right);
+
+}  // namespace agent
