@@ -66,6 +66,11 @@ void Animator::start(const Clip& clip, Milliseconds now) {
     advance(now);
 }
 
+void Animator::place(const Pose& pose) {
+    clip_ = held_ = nullptr;
+    pose_ = pose;
+}
+
 void Animator::settle(Milliseconds now) {
     if (atRest() || clip_ == &rest_) return;
     const Clip* back = held_ != nullptr ? rig_.clip(held_->next) : nullptr;

@@ -23,6 +23,9 @@ public:
     /// Starts a clip of the rig from whatever pose the figure has.
     void start(const Clip& clip, Milliseconds now);
 
+    /// Puts the figure into a pose at once, which it then holds.
+    void place(const Pose& pose);
+
     /// Lets a clip that repeats go on after the present round; the others end by themselves.
     void leaveLoop() { leaving_ = true; }
 

@@ -43,29 +43,32 @@ std::size_t sequenceLength(std::string_view text) {
     return overlong || outside ? 0 : length;
 }
 
-bool isUtf8(std::string_view text) {
-    while (!text.empty()) {
-        const std::size_t length = sequenceLength(text);
-        if (length == 0) return false;
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
 char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 }  // namespace
 
-std::string toUtf8(std::string_view bytes) {
-    if (isUtf8(bytes)) return std::string(bytes);
+bool isUtf8(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const std::size_t length = sequenceLength(bytes);
+        if (length == 0) return false;
+        bytes.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string fromWindows1252(std::string_view bytes) {
     std::string text;
     for (const char c : bytes) {
         const auto byte = static_cast<unsigned char>(c);
         append(text, byte >= 0x80 && byte < 0xa0 ? windows1252[byte - 0x80U] : byte);
     }
     return text;
+}
+
+std::string toUtf8(std::string_view bytes) {
+    return isUtf8(bytes) ? std::string(bytes) : fromWindows1252(bytes);
 }
 
 bool sameName(std::string_view left, std::string_view right) {
