@@ -1,0 +1,160 @@
+#include "agent/qt/balloon.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <algorithm>
+#include <chrono>
+
+#include "agent/qt/window_shape.h"
+
+namespace agent {
+namespace {
+
+constexpr QRgb paper = 0xfffff8dc;
+constexpr QRgb ink = 0xff201a12;
+constexpr QRgb border = 0xff6b5a3a;
+constexpr int padding = 12;
+constexpr int rounding = 12;
+constexpr int speechTailLength = 16;
+constexpr int thoughtTailLength = 26;
+constexpr int lettersInLine = 34;
+constexpr double mostOfScreen = 0.6;
+constexpr std::chrono::milliseconds staysOpen{3500};
+
+}  // namespace
+
+Balloon::Balloon()
+    : QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowDoesNotAcceptFocus | Qt::BypassWindowManagerHint |
+                           Qt::NoDropShadowWindowHint) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setFocusPolicy(Qt::NoFocus);
+    closing_.setSingleShot(true);
+    connect(&closing_, &QTimer::timeout, this, &Balloon::closeNow);
+}
+
+void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure) {
+    closing_.stop();
+    kind_ = kind;
+    const QFont used = QApplication::font();
+    const QFontMetrics metrics(used);
+    const QScreen* screen = QGuiApplication::screenAt(figure.center());
+    const QSize area = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->availableSize();
+    const int width = std::min(metrics.averageCharWidth() * lettersInLine, area.width() * 2 / 5);
+    const int height = static_cast<int>(area.height() * mostOfScreen) - 2 * padding;
+    text_.set(text, used, {width, std::max(height, metrics.height())});
+    follow(figure);
+    setAccessibleName(text);
+    setAccessibleDescription(speaker);
+    show();
+    raise();
+    QAccessibleEvent named(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&named);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void Balloon::follow(QRect figure) {
+    const QScreen* screen = QGuiApplication::screenAt(figure.center());
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    const int tail = kind_ == BalloonKind::speech ? speechTailLength : thoughtTailLength;
+    const QSize body =
+        (text_.size() + QSize(2 * padding, 2 * padding)).expandedTo({3 * rounding, 2 * rounding});
+    const auto place = placeBalloon(figure, body, tail, screen->availableGeometry());
+    const QRect whole = place.body.united(QRect(place.tip, QSize(1, 1))).adjusted(-1, -1, 1, 1);
+    place_ = place;
+    place_.body.translate(-whole.topLeft());
+    place_.tip -= whole.topLeft();
+    setGeometry(whole);
+    if (isComposited(*this)) {
+        clearMask();
+    } else {
+        setMask(QRegion(outline().toFillPolygon().toPolygon()));
+    }
+    update();
+}
+
+void Balloon::reveal(qsizetype end) {
+    text_.reveal(end);
+    update();
+}
+
+void Balloon::closeSoon() {
+    closing_.start(staysOpen);
+}
+
+void Balloon::closeNow() {
+    closing_.stop();
+    hide();
+}
+
+QPainterPath Balloon::outline() const {
+    QPainterPath path;
+    path.addRoundedRect(QRectF(place_.body).adjusted(0.5, 0.5, -0.5, -0.5), rounding, rounding);
+    return path.united(kind_ == BalloonKind::speech ? speechTail() : thoughtTail());
+}
+
+// A wedge from the side that faces the figure, as near to the tip as the rounded corners allow.
+QPainterPath Balloon::speechTail() const {
+    constexpr double half = 8;
+    const QRectF body = QRectF(place_.body).adjusted(1, 1, -1, -1);
+    const bool upright = place_.side == TailSide::bottom || place_.side == TailSide::top;
+    const auto along = [](double wanted, double first, double last) {
+        return std::clamp(wanted, first + rounding + half,
+                          std::max(first + rounding + half, last - rounding - half));
+    };
+    const double x = upright ? along(place_.tip.x(), body.left(), body.right())
+                             : (place_.side == TailSide::left ? body.left() : body.right());
+    const double y = upright ? (place_.side == TailSide::top ? body.top() : body.bottom())
+                             : along(place_.tip.y(), body.top(), body.bottom());
+    const QPointF across = upright ? QPointF(half, 0) : QPointF(0, half);
+    QPainterPath path(QPointF(x, y) - across);
+    path.lineTo(place_.tip);
+    path.lineTo(QPointF(x, y) + across);
+    path.closeSubpath();
+    return path;
+}
+
+// Three bubbles that shrink towards the figure.
+QPainterPath Balloon::thoughtTail() const {
+    struct Bubble {
+        double part;  // of the way from the tip to the body
+        double radius;
+    };
+    constexpr Bubble bubbles[] = {{0.78, 5.5}, {0.42, 4}, {0.13, 2.5}};
+    const QPointF tip = place_.tip;
+    const QPointF near(std::clamp(tip.x(), place_.body.left() + 20.0,
+                                  std::max(place_.body.left() + 20.0, place_.body.right() - 20.0)),
+                       std::clamp(tip.y(), place_.body.top() + 10.0,
+                                  std::max(place_.body.top() + 10.0, place_.body.bottom() - 10.0)));
+    const QPointF edge = place_.side == TailSide::bottom ? QPointF(near.x(), place_.body.bottom())
+                         : place_.side == TailSide::top  ? QPointF(near.x(), place_.body.top())
+                         : place_.side == TailSide::left ? QPointF(place_.body.left(), near.y())
+                                                         : QPointF(place_.body.right(), near.y());
+    QPainterPath path;
+    for (const auto& bubble : bubbles)
+        path.addEllipse(tip + (edge - tip) * bubble.part, bubble.radius, bubble.radius);
+    return path;
+}
+
+void Balloon::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor::fromRgba(border), 1));
+    painter.setBrush(QColor::fromRgba(paper));
+    painter.drawPath(outline());
+    painter.translate(place_.body.topLeft() + QPoint(padding, padding));
+    text_.draw(painter, QColor::fromRgba(ink));
+}
+
+void Balloon::mousePressEvent(QMouseEvent*) {
+    closeNow();
+}
+
+}  // namespace agent

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+#include "agent/qt/balloon_place.h"
+#include "agent/qt/balloon_text.h"
+
+namespace agent {
+
+enum class BalloonKind { speech, thought };
+
+/// The balloon beside the figure: a window of its own that never takes the focus. It has its own colours,
+/// which are readable whatever the desktop's theme, and the application's font.
+class Balloon : public QWidget {
+public:
+    Balloon();
+
+    /// Shows a new line beside the figure, none of it revealed yet. `speaker` is for screen readers, to which
+    /// the whole line is announced.
+    void open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure);
+
+    /// Reveals the line up to a position of its text.
+    void reveal(qsizetype end);
+
+    /// Closes the balloon after a while.
+    void closeSoon();
+
+    /// Closes it now. No failure if it is closed.
+    void closeNow();
+
+    /// Stands beside the figure's new place.
+    void follow(QRect figure);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    QPainterPath outline() const;
+    QPainterPath thoughtTail() const;
+    QPainterPath speechTail() const;
+
+    BalloonKind kind_ = BalloonKind::speech;
+    BalloonText text_;
+    BalloonPlace place_;
+    QTimer closing_;
+};
+
+}  // namespace agent

@@ -1,0 +1,79 @@
+#include "agent/qt/balloon_text.h"
+
+#include <QTextOption>
+#include <algorithm>
+#include <cmath>
+
+namespace agent {
+namespace {
+
+constexpr qsizetype longestPart = 4000;
+
+// The end of the part of `text` that begins at `start`: at a blank, if there is one.
+qsizetype partEnd(const QString& text, qsizetype start) {
+    if (text.size() - start <= longestPart) return text.size();
+    for (qsizetype end = start + longestPart; end > start + longestPart / 2; --end) {
+        if (text[end - 1].isSpace()) return end;
+    }
+    return start + longestPart;
+}
+
+}  // namespace
+
+void BalloonText::set(const QString& text, const QFont& font, QSize most) {
+    text_ = text;
+    font_ = font;
+    most_ = most;
+    revealed_ = 0;
+    layOut(0);
+    double width = 0;
+    double height = 0;
+    for (int i = 0; i < layout_->lineCount(); ++i) {
+        width = std::max(width, layout_->lineAt(i).naturalTextWidth());
+        height = layout_->lineAt(i).y() + layout_->lineAt(i).height();
+    }
+    size_ = QSize(static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))).boundedTo(most_);
+}
+
+void BalloonText::layOut(qsizetype start) {
+    start_ = start;
+    scrolled_ = 0;
+    layout_ = std::make_unique<QTextLayout>(text_.mid(start, partEnd(text_, start) - start), font_);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout_->setTextOption(option);
+    layout_->beginLayout();
+    double y = 0;
+    for (QTextLine line = layout_->createLine(); line.isValid(); line = layout_->createLine()) {
+        line.setLineWidth(most_.width());
+        line.setPosition({0, y});
+        y += line.height();
+    }
+    layout_->endLayout();
+}
+
+void BalloonText::reveal(qsizetype end) {
+    revealed_ = std::clamp<qsizetype>(end, 0, text_.size());
+    while (revealed_ > start_ + layout_->text().size()) layOut(partEnd(text_, start_));
+    const QTextLine line =
+        layout_->lineForTextPosition(static_cast<int>(std::max<qsizetype>(0, revealed_ - start_ - 1)));
+    if (!line.isValid()) return;
+    const double bottom = line.y() + line.height();
+    if (bottom - scrolled_ > size_.height()) scrolled_ = bottom - size_.height();
+}
+
+void BalloonText::draw(QPainter& painter, const QColor& colour) const {
+    painter.save();
+    painter.setClipRect(QRect(QPoint(0, 0), size_));
+    painter.setPen(colour);
+    QTextLayout::FormatRange hidden;
+    hidden.start = static_cast<int>(revealed_ - start_);
+    hidden.length = static_cast<int>(layout_->text().size()) - hidden.start;
+    hidden.format.setForeground(Qt::transparent);
+    QList<QTextLayout::FormatRange> ranges;
+    if (hidden.length > 0) ranges.push_back(hidden);
+    layout_->draw(&painter, {0, -scrolled_}, ranges, QRectF(0, 0, size_.width(), size_.height()));
+    painter.restore();
+}
+
+}  // namespace agent

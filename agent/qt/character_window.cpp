@@ -1,0 +1,130 @@
+#include "agent/qt/character_window.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "agent/qt/window_shape.h"
+
+namespace agent {
+namespace {
+
+// Between two screens of different size there are points on none.
+QScreen* nearestScreen(QPoint point) {
+    if (auto* screen = QGuiApplication::screenAt(point)) return screen;
+    QScreen* nearest = QGuiApplication::primaryScreen();
+    int least = -1;
+    for (auto* screen : QGuiApplication::screens()) {
+        const QRect area = screen->geometry();
+        const QPoint inside(std::clamp(point.x(), area.left(), area.right()),
+                            std::clamp(point.y(), area.top(), area.bottom()));
+        const int distance = (point - inside).manhattanLength();
+        if (least >= 0 && distance >= least) continue;
+        least = distance;
+        nearest = screen;
+    }
+    return nearest;
+}
+
+int buttonNumber(Qt::MouseButton button) {
+    constexpr std::array<std::pair<Qt::MouseButton, int>, 3> numbers = {
+        {{Qt::LeftButton, 1}, {Qt::RightButton, 2}, {Qt::MiddleButton, 4}}};
+    const auto found = std::ranges::find(numbers, button, &std::pair<Qt::MouseButton, int>::first);
+    return found == numbers.end() ? 0 : found->second;
+}
+
+int shiftState(Qt::KeyboardModifiers keys) {
+    return (keys.testFlag(Qt::ShiftModifier) ? 1 : 0) + (keys.testFlag(Qt::ControlModifier) ? 2 : 0) +
+           (keys.testFlag(Qt::AltModifier) ? 4 : 0);
+}
+
+}  // namespace
+
+CharacterWindow::CharacterWindow(QSize size)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                           Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setFocusPolicy(Qt::NoFocus);
+    setFixedSize(size);
+}
+
+void CharacterWindow::setFrame(QImage frame, bool still) {
+    frame_ = std::move(frame);
+    if (isVisible() && (still || !composited_)) shape();
+    update();
+}
+
+void CharacterWindow::shape() {
+    shapeWindow(*this, frame_, composited_);
+}
+
+void CharacterWindow::updateComposited() {
+    if (std::exchange(composited_, isComposited(*this)) != composited_ && isVisible()) shape();
+}
+
+QPoint CharacterWindow::inside(QPoint position) const {
+    const QRect wanted(position, size());
+    const QRect area = nearestScreen(wanted.center())->availableGeometry();
+    const QPoint last(std::max(area.left(), area.right() + 1 - width()),
+                      std::max(area.top(), area.bottom() + 1 - height()));
+    return {std::clamp(position.x(), area.left(), last.x()), std::clamp(position.y(), area.top(), last.y())};
+}
+
+void CharacterWindow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(QRectF(rect()), frame_);
+}
+
+void CharacterWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    updateComposited();
+    shape();
+}
+
+void CharacterWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    pressed_ = true;
+    dragged_ = false;
+    pressedAt_ = event->globalPosition().toPoint();
+    grip_ = pressedAt_ - pos();
+}
+
+void CharacterWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (!pressed_) return;
+    const QPoint pointer = event->globalPosition().toPoint();
+    if (!dragged_ && (pointer - pressedAt_).manhattanLength() < QApplication::startDragDistance()) return;
+    dragged_ = true;
+    move(pointer - grip_);
+    if (onDragged) onDragged();
+}
+
+void CharacterWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return tell(onClick, *event);
+    const bool clicked = std::exchange(pressed_, false) && !dragged_;
+    if (clicked) return tell(onClick, *event);
+    if (dragged_) move(inside(pos()));
+}
+
+void CharacterWindow::mouseDoubleClickEvent(QMouseEvent* event) {
+    // The release that follows belongs to the double click: it is no click of its own.
+    pressed_ = dragged_ = false;
+    tell(onDoubleClick, *event);
+}
+
+void CharacterWindow::tell(const Clicked& told, const QMouseEvent& event) {
+    const int button = buttonNumber(event.button());
+    if (button == 0 || !told) return;
+    const QPoint at = event.globalPosition().toPoint();
+    const auto call = told;
+    call(button, shiftState(event.modifiers()), at.x(), at.y());
+}
+
+}  // namespace agent

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QImage>
+#include <QPainterPath>
+#include <QRegion>
+
+class QWidget;
+
+namespace agent {
+
+/// The pixels of an ARGB32 image whose alpha is at least `threshold`.
+QRegion solidRegion(const QImage& image, int threshold);
+
+/// Whether windows of `widget`'s screen are blended with what is behind them. A compositor may come and go:
+/// ask again.
+bool isComposited(const QWidget& widget);
+
+/// Lets the clear parts of a window be clear, and lets clicks through there. `image` is what the window
+/// shows, in device pixels. Without a compositor the window is cut out; with one only its input is, for the
+/// figure's edges stay soft.
+void shapeWindow(QWidget& widget, const QImage& image, bool composited);
+
+}  // namespace agent

@@ -1,0 +1,52 @@
+#include "agent/voice/voice.h"
+
+#include <thread>
+#include <utility>
+
+#include "agent/voice/speech_worker.h"
+
+namespace agent {
+namespace {
+
+class ThreadedVoice : public Voice {
+public:
+    explicit ThreadedVoice(std::shared_ptr<SpeechWorker> worker)
+        : worker_(std::move(worker)), thread_([shared = worker_] { shared->run(); }) {}
+
+    ~ThreadedVoice() override {
+        // A sound server that hangs must not keep the program from ending.
+        constexpr std::chrono::milliseconds patience{500};
+        if (worker_->quit(patience)) {
+            thread_.join();
+        } else {
+            thread_.detach();
+        }
+    }
+
+    ThreadedVoice(const ThreadedVoice&) = delete;
+    ThreadedVoice& operator=(const ThreadedVoice&) = delete;
+
+    void speak(SpokenLine line, VoiceEvents events) override {
+        worker_->speak({std::move(line), std::move(events)});
+    }
+
+    void stop() override { worker_->stop(); }
+
+private:
+    std::shared_ptr<SpeechWorker> worker_;
+    std::thread thread_;
+};
+
+}  // namespace
+
+std::unique_ptr<Voice> makeVoice(const VoiceSettings& settings, const CharacterVoice& character, Post post) {
+    VoiceParameters parameters{.name = settings.name.value_or(character.name),
+                               .fallback = character.name,
+                               .rate = settings.rate.value_or(character.rate),
+                               .pitch = settings.pitch.value_or(character.pitch),
+                               .range = character.range};
+    return std::make_unique<ThreadedVoice>(
+        std::make_shared<SpeechWorker>(std::move(parameters), settings.device, std::move(post)));
+}
+
+}  // namespace agent
