@@ -1,0 +1,32 @@
+#include "hosts/machine.h"
+
+#include <random>
+
+#include "hosts/data_folders.h"
+
+namespace velmora {
+
+Machine::Machine(const Options& options, Folders folders_)
+    : folders(std::move(folders_)),
+      application(folders.application),
+      machineSettings(settings, folders.application),
+      clock(loop, options.clock),
+      random(options.seed ? *options.seed : std::random_device{}()) {
+    loopHost.carry(&loop);
+}
+
+std::string Machine::characterPackage() const {
+    return machineSettings.value("Character", "Default");
+}
+
+QString Machine::charactersFolder() const {
+    return QString::fromStdString(
+        velmora::charactersFolder(folders.application, folders.installed, characterPackage()));
+}
+
+Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent) {
+    return {loop,   application, files, settings, machineSettings, clock,
+            random, boxes,       shell, tray,     pointer,         agent};
+}
+
+}  // namespace velmora
