@@ -146,6 +146,10 @@ void SimulatedProgram::doubleClickCharacter(int button) {
     run([&](Program&) { agent_.doubleClicked({.button = button}); });
 }
 
+void SimulatedProgram::clickTray(int button) {
+    run([&](Program&) { button == 1 ? tray_.onClick() : tray_.onRightClick(); });
+}
+
 void SimulatedProgram::close(const std::string& form) {
     run([&](Program& program) { Addresses(program.forms()).loadedForm(form).close(); });
 }

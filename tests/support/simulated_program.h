@@ -50,6 +50,7 @@ public:
     void type(const std::string& address, const std::string& text);
     void clickCharacter(int button);
     void doubleClickCharacter(int button);
+    void clickTray(int button);
     void close(const std::string& form);
     /// Answers the newest box that waits.
     void answer(BoxAnswer answer);
