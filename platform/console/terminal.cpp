@@ -93,7 +93,7 @@ void Terminal::follow(const std::string& text) {
             const auto command = std::find_if(commands().begin(), commands().end(),
                                               [name](const Command& known) { return known.name == name; });
             if (command == commands().end()) throw LineError("no such line: " + std::string(name));
-            const Fields fields = splitFields(line, command->most);
+            const Fields fields = splitFields(line, std::max<std::size_t>(command->most, 2));
             if (fields.size() < command->least || fields.size() > command->most)
                 throw LineError("wrong number of fields");
             (this->*command->run)(fields);

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+/// The real program in its terminal host, with a folder of its own, driven through pipes.
+class TerminalSession {
+public:
+    /// `arguments` follow `--console --folder FOLDER`.
+    TerminalSession(const std::string& folder, std::vector<std::string> arguments = {});
+    ~TerminalSession();
+    TerminalSession(const TerminalSession&) = delete;
+    TerminalSession& operator=(const TerminalSession&) = delete;
+
+    /// The lines, TABs as blanks, up to and including the first that is `ready`, `ok`, `bye` or begins with
+    /// `error`, or up to the end of output.
+    std::vector<std::string> readAnswer();
+    /// Writes the line and reads its answer.
+    std::vector<std::string> send(const std::string& line);
+    /// Closes the input and reads to the end of output.
+    std::vector<std::string> finishInput();
+
+    /// Waits for the end; the exit status, or -1 if a signal ended it.
+    int exitStatus();
+
+private:
+    std::string readLine();
+
+    pid_t child_ = -1;
+    int toChild_ = -1;
+    int fromChild_ = -1;
+    std::string buffer_;
+};
+
+/// A folder that goes with the object.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    std::string file(const std::string& name) const { return path_ + "/" + name; }
+    const std::string& path() const { return path_; }
+    void write(const std::string& name, const std::string& content) const;
+    std::string read(const std::string& name) const;
+
+private:
+    std::string path_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,200 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "tests/console/terminal_session.h"
+
+namespace velmora {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* morning = "2026-03-05 09:05:58";
+
+class TerminalTest : public testing::Test {
+protected:
+    void profile(const std::string& user) {
+        folder.write("Velmora.ini", "[Options]\nDefault=True\n[User]\nName=" + user + "\n");
+    }
+
+    ScratchFolder folder;
+};
+
+TEST_F(TerminalTest, KnownUserIsGreetedByTheClockOfTheCommandLine) {
+    profile("Ann");
+    TerminalSession session(folder.path(), {"--clock", morning, "--seed", "1"});
+    EXPECT_THAT(
+        session.readAnswer(),
+        ElementsAre("form FrmSplash loaded", "form FrmSplash shown", "tray add Velmora",
+                    "form FrmMain loaded", "character Merlin", "show", "play Wave",
+                    "speak Morning Ann. Morning Ann.", "play RestPose", "form FrmSplash unloaded", "ready"));
+    EXPECT_THAT(session.send("get LblClock"), ElementsAre("value 9:5", "ok"));
+    EXPECT_THAT(session.send("skip 3600000"), ElementsAre("ok"));
+    EXPECT_THAT(session.send("get lblclock.caption"), ElementsAre("value 10:5", "ok"));
+    EXPECT_THAT(
+        session.send("menu mnuExit"),
+        ElementsAre("stopall", "play Confused", "speak Are we finished already? Are we finished already?",
+                    "hide", "form FrmMain unloaded", "tray delete", "ok"));
+    EXPECT_THAT(session.readAnswer(), ElementsAre("bye"));
+    EXPECT_EQ(session.exitStatus(), 0);
+}
+
+TEST_F(TerminalTest, NewFolderIsSeededAndTheLoginDialogWaits) {
+    const std::string fresh = folder.file("new/home");
+    TerminalSession session(fresh);
+    EXPECT_THAT(session.readAnswer(), ElementsAre("form frmLogin loaded", "form frmLogin shown", "ready"));
+    EXPECT_TRUE(fs::exists(fresh + "/characters/Merlin/character.json"));
+    EXPECT_TRUE(fs::exists(fresh + "/platform.conf"));
+    EXPECT_THAT(session.send("click FRMLOGIN.chkdefault"),
+                IsSupersetOf({"form frmLogin hidden", "show", "play Greet", "form frmLogin unloaded", "ok"}));
+    struct stat status {};
+    ASSERT_EQ(stat((fresh + "/Velmora.ini").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST_F(TerminalTest, NothingIsAddedToAFolderThatHoldsAFile) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    session.finishInput();
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1);
+}
+
+TEST_F(TerminalTest, WhatAPersonCouldNotDoIsAnErrorAndChangesNothing) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    for (const char* line : {"nonsense",
+                             "click",
+                             "click NoSuch",
+                             "click frmLogin.cmdOK",
+                             "get frmLogin.cmdOK",
+                             "menu mnuSep4",
+                             "menu mnuNoSuch",
+                             "set LblClock 12",
+                             "select LblClock 1",
+                             "answer yes",
+                             "pick x",
+                             "cancel",
+                             "close frmLogin",
+                             "wait -1",
+                             "skip soon",
+                             "agent tickle",
+                             "get LblClock.NoSuch",
+                             "forms all",
+                             "pointer here",
+                             ""}) {
+        SCOPED_TRACE(line);
+        const auto answer = session.send(line);
+        ASSERT_EQ(answer.size(), 1U);
+        EXPECT_THAT(answer.front(), StartsWith("error "));
+    }
+    EXPECT_THAT(session.send("forms"), ElementsAre("row FrmSplash unloaded", "row frmLogin unloaded",
+                                                   "row FrmMain loaded", "end", "ok"));
+}
+
+TEST_F(TerminalTest, HiddenCharacterCanNotBeClicked) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    EXPECT_THAT(session.send("agent rightclick"), ElementsAre("popup FrmMain.MnuMain", "ok"));
+    EXPECT_THAT(session.send("menu FrmMain.mnuHide"), ElementsAre("hide", "ok"));
+    EXPECT_THAT(session.send("agent click"), ElementsAre(StartsWith("error ")));
+    EXPECT_THAT(session.send("tray rightclick"), ElementsAre("popup FrmMain.MnuMain", "ok"));
+}
+
+TEST_F(TerminalTest, QuitAndTheEndOfInputAreAPowerCut) {
+    for (const bool line : {true, false}) {
+        ScratchFolder home;
+        TerminalSession session(home.path());
+        session.readAnswer();
+        if (line) {
+            EXPECT_THAT(session.send("quit"), ElementsAre("ok"));
+        }
+        EXPECT_THAT(session.finishInput(), ElementsAre("bye"));
+        EXPECT_EQ(session.exitStatus(), 0);
+        EXPECT_FALSE(fs::exists(home.file("Users.vlu")));  // the dialog was not told of an end
+    }
+}
+
+TEST_F(TerminalTest, ScriptFromAPipeIsFollowedToItsLastLineWithoutALineEnd) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    EXPECT_THAT(session.send("# a remark\nmenu mnuHide\r\nmenu mnuHide"), ElementsAre("hide", "ok"));
+    EXPECT_THAT(session.finishInput(), ElementsAre("show", "ok", "bye"));
+}
+
+TEST_F(TerminalTest, SecondCopyOfAFolderEndsBeforeItIsReady) {
+    profile("Ann");
+    TerminalSession first(folder.path());
+    first.readAnswer();
+    TerminalSession second(folder.path());
+    EXPECT_THAT(second.finishInput(), ElementsAre("form FrmSplash loaded", "form FrmSplash shown",
+                                                  "form FrmSplash unloaded", "bye"));
+    EXPECT_EQ(second.exitStatus(), 0);
+}
+
+TEST_F(TerminalTest, SettingsThatAreNoSettingsCountAsNone) {
+    struct Case {
+        const char* what;
+        std::string content;
+    };
+    const std::string defaults = "[Options]\nDefault=True\n";
+    const Case cases[] = {
+        {"NULs", std::string(100000, '\0')},
+        {"one endless line", defaults + std::string(100000, 'x') + "\n"},
+        {"no text", std::string("\xff\xfe\x00[\n]=\n=", 9)},
+    };
+    for (const Case& given : cases) {
+        SCOPED_TRACE(given.what);
+        ScratchFolder home;
+        home.write("Velmora.ini", given.content);
+        TerminalSession session(home.path());
+        EXPECT_THAT(session.readAnswer(), Contains("ready"));
+        session.finishInput();
+        EXPECT_EQ(home.read("Velmora.ini"), given.content);
+    }
+    fs::create_directory(folder.file("Velmora.ini"));
+    fs::create_directory(folder.file("Users.vlu"));
+    TerminalSession session(folder.path());
+    EXPECT_THAT(session.readAnswer(), Contains("ready"));
+}
+
+TEST_F(TerminalTest, BrokenCharacterGivesTheStartUpBoxAndAProgramThatCanBeLeft) {
+    profile("Ann");
+    folder.write("platform.conf", "[Character]\nDefault=Broken\n");
+    fs::create_directories(folder.file("characters/Broken"));
+    for (const char* json : {"{", "[]", "{\"format\":1,\"name\":\"Broken\",\"art\":\"none.svg\"}"}) {
+        SCOPED_TRACE(json);
+        folder.write("characters/Broken/character.json", json);
+        TerminalSession session(folder.path());
+        EXPECT_THAT(session.readAnswer(), Contains(StartsWith("box Error during StartUp")));
+        EXPECT_THAT(session.send("menu mnuExit"), Contains("ok"));
+        EXPECT_THAT(session.readAnswer(), ElementsAre("bye"));
+    }
+}
+
+TEST_F(TerminalTest, WrongOptionsPrintTheUsageAndExitWithTwo) {
+    for (const std::vector<std::string>& options : {std::vector<std::string>{"--nonsense"},
+                                                    {"--clock", "soon"},
+                                                    {"--seed", "x"},
+                                                    {"--seed"},
+                                                    {"--address", "1.2.3"}}) {
+        TerminalSession session(folder.path(), options);
+        EXPECT_THAT(session.finishInput(), IsEmpty());
+        EXPECT_EQ(session.exitStatus(), 2);
+    }
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+}  // namespace
+}  // namespace velmora
