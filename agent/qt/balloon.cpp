@@ -52,8 +52,11 @@ void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker
     follow(figure);
     setAccessibleName(text);
     setAccessibleDescription(speaker);
-    show();
-    raise();
+    if (isVisible()) {
+        raise();
+    } else {
+        show();
+    }
     QAccessibleEvent named(this, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&named);
     QAccessibleEvent alert(this, QAccessible::Alert);

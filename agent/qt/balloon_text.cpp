@@ -54,7 +54,9 @@ void BalloonText::layOut(qsizetype start) {
 
 void BalloonText::reveal(qsizetype end) {
     revealed_ = std::clamp<qsizetype>(end, 0, text_.size());
-    while (revealed_ > start_ + layout_->text().size()) layOut(partEnd(text_, start_));
+    qsizetype part = start_;
+    for (qsizetype next = partEnd(text_, part); revealed_ > next; next = partEnd(text_, part)) part = next;
+    if (part != start_) layOut(part);
     const QTextLine line =
         layout_->lineForTextPosition(static_cast<int>(std::max<qsizetype>(0, revealed_ - start_ - 1)));
     if (!line.isValid()) return;

@@ -1,0 +1,100 @@
+#include "agent/qt/balloon.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QScreen>
+
+#include "agent/qt/balloon_place.h"
+#include "agent/qt/balloon_text.h"
+#include "agent/qt/shown_line.h"
+
+namespace {
+
+using namespace agent;
+
+TEST(BalloonPlace, StandsAboveElseBesideElseBelowAndAlwaysOnTheScreen) {
+    const QRect screen(0, 0, 1000, 800);
+    const QSize size(300, 100);
+    struct Case {
+        QRect figure;
+        TailSide side;
+    };
+    const std::vector<Case> cases = {
+        {{400, 400, 200, 200}, TailSide::bottom}, {{0, 700, 100, 100}, TailSide::bottom},
+        {{400, 50, 200, 200}, TailSide::left},    {{800, 0, 200, 200}, TailSide::right},
+        {{250, 0, 500, 200}, TailSide::top},      {{0, 0, 1000, 800}, TailSide::bottom}};
+    for (const auto& c : cases) {
+        const auto place = placeBalloon(c.figure, size, 16, screen);
+        EXPECT_EQ(place.side, c.side) << c.figure.x() << "," << c.figure.y();
+        EXPECT_TRUE(screen.contains(place.body));
+        EXPECT_EQ(place.body.intersects(c.figure), c.figure == screen);
+    }
+    const auto huge = placeBalloon({400, 400, 200, 200}, {2000, 2000}, 16, screen);
+    EXPECT_EQ(huge.body.topLeft(), QPoint(0, 0));
+}
+
+TEST(ShownLine, DrawsNoControlCharacterButLineEnds) {
+    const auto shown = toShown(parseSpeech("a\tb\r\nc\rd\ne\x1b[0m\x07 \x7f\xc2\x85."));
+    EXPECT_EQ(shown.text, QStringLiteral("a b\u2028c\u2028d\u2028e[0m ."));
+    EXPECT_EQ(shown.wordEnds.back(), shown.text.size());
+}
+
+TEST(ShownLine, WordsEndWhereTheyAreShownInEitherEncoding) {
+    for (const char* text : {"\xc3\xa9t\xc3\xa9 x", "\xe9t\xe9 x"}) {
+        const auto shown = toShown(parseSpeech(text));
+        EXPECT_EQ(shown.text, QStringLiteral("\u00e9t\u00e9 x"));
+        EXPECT_EQ(shown.wordEnds, (std::vector<qsizetype>{3, 5}));
+    }
+}
+
+QImage drawn(const BalloonText& text) {
+    QImage image(text.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    text.draw(painter, Qt::black);
+    return image;
+}
+
+TEST(BalloonText, RevealsWordsAndScrollsToThem) {
+    QString line;
+    for (int i = 0; i < 3000; ++i) line += QStringLiteral("word%1 ").arg(i);
+    BalloonText text;
+    text.set(line, QApplication::font(), {200, 100});
+    EXPECT_EQ(text.size().height(), 100);
+    const QImage empty = drawn(text);
+    text.reveal(5);
+    const QImage first = drawn(text);
+    EXPECT_NE(empty, first);
+    for (qsizetype end = 10; end < line.size(); end += 500) {
+        text.reveal(end);
+        EXPECT_NE(drawn(text), empty);
+    }
+    text.reveal(line.size());
+    EXPECT_NE(drawn(text), first);
+}
+
+TEST(BalloonText, TakesAWordOfAnyLengthAndNoText) {
+    BalloonText text;
+    text.set(QString(1'000'000, u'm'), QApplication::font(), {200, 300});
+    text.reveal(1'000'000);
+    EXPECT_LE(text.size().width(), 200);
+    text.set({}, QApplication::font(), {200, 300});
+    text.reveal(0);
+    EXPECT_LE(text.size().height(), 300);
+}
+
+TEST(BalloonWindow, NeverTakesMoreThanMostOfTheScreenAndTellsScreenReadersTheLine) {
+    Balloon balloon;
+    const QString line = QStringLiteral("many words ").repeated(2000);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    balloon.open(BalloonKind::thought, line, QStringLiteral("Merlin thinks"),
+                 {screen.center(), QSize(100, 100)});
+    EXPECT_TRUE(balloon.isVisible());
+    EXPECT_LE(balloon.height(), screen.height() * 7 / 10);
+    EXPECT_TRUE(screen.contains(balloon.geometry().adjusted(1, 1, -1, -1)));
+    EXPECT_EQ(balloon.accessibleName(), line);
+    EXPECT_EQ(balloon.accessibleDescription(), QStringLiteral("Merlin thinks"));
+}
+
+}  // namespace

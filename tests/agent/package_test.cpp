@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+
+#include "agent/animator.h"
+#include "agent/qt/package_reader.h"
+#include "agent/qt/part_art.h"
+
+namespace {
+
+using namespace agent;
+using testing::HasSubstr;
+
+QString shipped() {
+    return QStringLiteral(CHARACTERS);
+}
+
+// A folder of characters with one, "Stick", in it.
+class PackageTest : public testing::Test {
+protected:
+    PackageTest() {
+        QDir(root.path()).mkdir(QStringLiteral("Stick"));
+        write(QStringLiteral("stick.svg"), R"(<svg xmlns="http://www.w3.org/2000/svg" width="50" height="50">
+            <rect id="stick" x="10" y="10" width="10" height="30" fill="#112233"/></svg>)");
+        write(QStringLiteral("character.json"), good);
+    }
+
+    void write(const QString& name, const QByteArray& bytes) {
+        QFile file(root.filePath(QStringLiteral("Stick/") + name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    // Why the character can't be loaded; empty if it can.
+    std::string reason(const QString& name = QStringLiteral("Stick")) {
+        auto read = readPackage(root.path(), name);
+        if (const auto* why = std::get_if<std::string>(&read)) return *why;
+        auto& package = std::get<Package>(read);
+        std::string why;
+        if (const auto art = PartArt::load(package.art, package.rig, why))
+            art->paint(package.rig, package.rig.rest, 1);
+        return why;
+    }
+
+    const QByteArray good = R"({"format":1,"name":"Stick","size":[50,50],"art":"stick.svg",
+        "palette":{"#112233":"#445566"},
+        "bones":[{"id":"a","art":"stick"},{"id":"b","parent":"a","slots":{"on":"stick","off":""},"slot":"off"}],
+        "poses":{"up":{"a.y":-5}},
+        "clips":{"Wave":{"keys":[{"at":0,"pose":"up"},{"at":100,"set":{"a.rot":90}}]}}})";
+    QTemporaryDir root;
+};
+
+TEST_F(PackageTest, ReadsACharacterInOtherColours) {
+    ASSERT_EQ(reason(), "");
+    const auto package = std::get<Package>(readPackage(root.path(), QStringLiteral("Stick")));
+    const Pose& last = package.rig.clip("wave")->keys.back().pose;
+    EXPECT_EQ(last[0][Channel::y], -5);
+    EXPECT_EQ(last[0][Channel::rot], 90);
+    std::string why;
+    const auto art = PartArt::load(package.art, package.rig, why);
+    const QImage picture = art->paint(package.rig, package.rig.rest, 2);
+    EXPECT_EQ(picture.size(), QSize(100, 100));
+    EXPECT_EQ(picture.pixel(30, 50), 0xff445566);
+    EXPECT_EQ(qAlpha(picture.pixel(50, 50)), 0);
+}
+
+TEST_F(PackageTest, RefusesNamesThatReachOutOfTheFolder) {
+    for (const char* name : {"", ".", "..", "../Stick", "Stick/../Stick", "/etc", "a\\b", "Missing"}) {
+        EXPECT_NE(reason(QString::fromLatin1(name)), "") << name;
+    }
+}
+
+TEST_F(PackageTest, SaysWhatIsWrongWithABrokenCharacter) {
+    struct Case {
+        QByteArray from, to;
+        const char* complaint;
+    };
+    const std::vector<Case> cases = {
+        {R"({"format")", R"({"format)", "character.json"},
+        {R"("format":1)", R"("format":"1")", "format"},
+        {R"("name":"Stick")", R"("name":7)", "name"},
+        {"[50,50]", "[50,1e9]", "size"},
+        {"[50,50]", "[50]", "size"},
+        {"stick.svg", "../Stick/stick.svg", "no file name"},
+        {"stick.svg", "other.svg", "can't be read"},
+        {R"("parent":"a")", R"("parent":"b")", "parent"},
+        {R"("parent":"a")", R"("parent":"c")", "parent"},
+        {R"("parent":"a")", R"("parent":5)", "parent"},
+        {R"("id":"b")", R"("id":"a")", "bone"},
+        {R"("slot":"off")", R"("slot":"none")", "slot"},
+        {R"("on":"stick")", R"("on":"leg")", "no part \"leg\""},
+        {R"("a.y":-5)", R"("a.y":1e300)", "sensible"},
+        {R"("a.y":-5)", R"("a.y":"x")", "sensible"},
+        {R"("a.y":-5)", R"("a.w":5)", "channel"},
+        {R"("a.y":-5)", R"("c.y":5)", "bone"},
+        {R"("a.y":-5)", R"("b":"up")", "slot"},
+        {R"("at":100)", R"("at":-1)", "sensible"},
+        {R"("at":0)", R"("at":101)", "order"},
+        {R"("pose":"up")", R"("pose":"down")", "pose"},
+        {R"("Wave":{)", R"("Wave":{"loop":[50,50],)", "repeats"},
+        {R"("Wave":{)", R"("Wave":{"loop":[0,5000],)", "repeats"},
+        {R"("Wave":{"keys")", R"("Wave":{"kes")", "keys"},
+        {R"("clips")", R"("clip")", "clips"},
+        {R"("bones")", R"("bone")", "bones"},
+        {R"("poses":{)", R"("poses":[{)", "character.json"},
+    };
+    for (const auto& c : cases) {
+        auto bad = good;
+        ASSERT_TRUE(bad.contains(c.from)) << c.from.constData();
+        write(QStringLiteral("character.json"), bad.replace(c.from, c.to));
+        EXPECT_THAT(reason(), HasSubstr(c.complaint)) << c.to.constData();
+    }
+}
+
+TEST_F(PackageTest, RefusesArtThatIsNoPlainSvg) {
+    for (const QByteArray& art :
+         {QByteArray(), QByteArray("<svg><g"), QByteArray("\x1f\x8b\x08"), QByteArray(5'000'000, ' ')}) {
+        write(QStringLiteral("stick.svg"), art);
+        EXPECT_NE(reason(), "");
+    }
+}
+
+TEST_F(PackageTest, NoCutOfADescriptionDoesHarm) {
+    for (qsizetype length = 0; length < good.size(); length += 3) {
+        write(QStringLiteral("character.json"), good.left(length));
+        EXPECT_NE(reason(), "");
+    }
+}
+
+TEST(Merlin, HasTheAnimationsThatTheProgramPlaysAndTheyStayInTheirFrame) {
+    auto read = readPackage(shipped(), QStringLiteral("Merlin"));
+    ASSERT_TRUE(std::holds_alternative<Package>(read)) << std::get<std::string>(read);
+    const auto& package = std::get<Package>(read);
+    std::string why;
+    const auto art = PartArt::load(package.art, package.rig, why);
+    ASSERT_TRUE(art) << why;
+    for (const char* name :
+         {"Show", "Hide", "Greet", "Wave", "Restpose", "Think", "Read", "Sad", "Confused", "Blink"}) {
+        const Clip* clip = package.rig.clip(name);
+        ASSERT_NE(clip, nullptr) << name;
+        for (auto time = Milliseconds(0); time <= clip->length(); time += Milliseconds(150)) {
+            const QImage frame = art->paint(package.rig, poseAt(*clip, time), 1);
+            for (int x = 0; x < frame.width(); ++x) {
+                EXPECT_LT(qAlpha(frame.pixel(x, 0)), 64) << name << " at " << time.count();
+            }
+        }
+    }
+    EXPECT_LE(package.rig.clip("Show")->length(), Milliseconds(400));
+}
+
+}  // namespace
