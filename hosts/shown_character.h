@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "agent/qt/qt_character.h"
+#include "hosts/machine.h"
+#include "platform/engine/engine_agent.h"
+
+namespace velmora {
+
+/// Whether the figure's voice is to be heard; a silent one keeps the pace.
+enum class Sound { asConfigured, none };
+
+/// The default character on the desktop, its mouse events going to the server; nothing, after a sentence on standard
+/// error, if it can't be loaded.
+std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineAgent& server, Sound sound);
+
+}  // namespace velmora
