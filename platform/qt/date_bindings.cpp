@@ -1,0 +1,68 @@
+#include "platform/qt/date_bindings.h"
+
+#include <QDate>
+#include <QTime>
+
+#include "base/conversions.h"
+
+namespace velmora::qt {
+namespace {
+
+QDate toQDate(std::chrono::year_month_day date) {
+    return {static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day()))};
+}
+
+QTime toQTime(std::chrono::seconds time) {
+    return QTime::fromMSecsSinceStartOfDay(static_cast<int>(std::chrono::milliseconds(time).count()));
+}
+
+std::string typedText(QDate date) {
+    return dateText(std::chrono::year{date.year()} / date.month() / date.day());
+}
+
+std::string typedText(QTime time) {
+    return timeText(std::chrono::seconds{time.msecsSinceStartOfDay() / 1000});
+}
+
+// All dates that `toDateTime` reads.
+template <class Widget>
+void allowAllDates(Widget& widget) {
+    widget.setDateRange(QDate(100, 1, 1), QDate(9999, 12, 31));
+}
+
+}  // namespace
+
+DTPickerBinding::DTPickerBinding(DTPicker& model, QDateTimeEdit& widget, Loop& loop)
+    : BindingOf(model, widget, loop) {
+    if (model.Shows == PickerKind::date) allowAllDates(widget);
+    QObject::connect(&widget, &QDateTimeEdit::dateTimeChanged, context(), [this] {
+        enter([this] {
+            model_.type(model_.Shows == PickerKind::time ? typedText(widget_.time())
+                                                         : typedText(widget_.date()));
+        });
+    });
+}
+
+void DTPickerBinding::show() {
+    const DateTime& value = model_.Value.peek();
+    if (model_.Shows == PickerKind::time) {
+        if (widget_.time() != toQTime(value.time)) widget_.setTime(toQTime(value.time));
+    } else if (widget_.date() != toQDate(value.date)) {
+        widget_.setDate(toQDate(value.date));
+    }
+}
+
+MonthViewBinding::MonthViewBinding(MonthView& model, QCalendarWidget& widget, Loop& loop)
+    : BindingOf(model, widget, loop) {
+    allowAllDates(widget);
+    QObject::connect(&widget, &QCalendarWidget::selectionChanged, context(),
+                     [this] { enter([this] { model_.type(typedText(widget_.selectedDate())); }); });
+}
+
+void MonthViewBinding::show() {
+    const QDate date = toQDate(model_.Value.peek().date);
+    if (widget_.selectedDate() != date) widget_.setSelectedDate(date);
+}
+
+}  // namespace velmora::qt

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QCalendarWidget>
+#include <QDateTimeEdit>
+
+#include "platform/controls.h"
+#include "platform/qt/binding.h"
+
+namespace velmora::qt {
+
+/// A field for a date or a time, as the control says; how it is written is the widget's own.
+class DTPickerBinding : public BindingOf<DTPicker, QDateTimeEdit> {
+public:
+    DTPickerBinding(DTPicker& model, QDateTimeEdit& widget, Loop& loop);
+
+private:
+    void show() override;
+};
+
+class MonthViewBinding : public BindingOf<MonthView, QCalendarWidget> {
+public:
+    MonthViewBinding(MonthView& model, QCalendarWidget& widget, Loop& loop);
+
+private:
+    void show() override;
+};
+
+}  // namespace velmora::qt

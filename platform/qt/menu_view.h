@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QMenu>
+#include <QPoint>
+#include <functional>
+#include <memory>
+
+#include "platform/loop.h"
+#include "platform/menu.h"
+
+namespace velmora::qt {
+
+/// Shows one menu at a time, as it is when it opens: what is hidden is left out, and no separator is left
+/// over.
+class MenuView {
+public:
+    explicit MenuView(Loop& loop) : loop_(loop) {}
+    ~MenuView();
+
+    /// Opens the menu, and closes the one that is open.
+    void open(const Menu& menu);
+
+    /// The menu that was opened last; nullptr before the first one.
+    QMenu* opened() const { return menu_.get(); }
+
+    /// Where a menu opens; at the pointer if this is not set.
+    std::function<QPoint()> position;
+
+private:
+    void close();
+
+    Loop& loop_;
+    std::shared_ptr<QMenu> menu_;
+};
+
+}  // namespace velmora::qt
