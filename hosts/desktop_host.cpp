@@ -1,0 +1,43 @@
+#include "hosts/desktop_host.h"
+
+#include <iostream>
+
+#include "hosts/shown_character.h"
+#include "platform/engine/engine_agent.h"
+#include "platform/qt/box_view.h"
+#include "platform/qt/qt_pointer.h"
+#include "platform/qt/qt_shell.h"
+#include "platform/qt/qt_tray.h"
+#include "platform/qt/views.h"
+#include "platform/qt/windows.h"
+#include "program/program.h"
+
+namespace velmora {
+
+int runOnDesktop(const Options& options, Folders folders) {
+    Machine machine(options, std::move(folders));
+    qt::QtShell shell;
+    qt::QtTray tray(machine.loop);
+    qt::QtPointer pointer;
+    EngineAgent agent({.loop = machine.loop, .random = machine.random, .load = [&](EngineAgent& server) -> Actor {
+                           auto character = loadShownCharacter(machine, server, Sound::asConfigured);
+                           if (!character) return {};
+                           const std::string name = character->name();
+                           return {name, std::move(character)};
+                       }});
+    Platform platform = machine.platform(shell, tray, pointer, agent);
+    Program program(platform);
+    qt::QtWindows windows(program.forms(), qt::views());
+    qt::QtBoxView boxView(machine.loop);
+    machine.boxes.add(boxView);
+    machine.loop.onFailure = [](const Failure& failure) {
+        std::cerr << "velmora: " << failure.number << " " << failure.description << "\n";
+    };
+
+    program.start();
+    machine.loop.run();
+    program.terminate();
+    return 0;
+}
+
+}  // namespace velmora
