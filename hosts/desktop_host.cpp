@@ -1,8 +1,11 @@
 #include "hosts/desktop_host.h"
 
 #include <iostream>
+#include <memory>
 
+#include "hosts/character_windows.h"
 #include "hosts/shown_character.h"
+#include "platform/console/lines.h"
 #include "platform/engine/engine_agent.h"
 #include "platform/qt/box_view.h"
 #include "platform/qt/qt_pointer.h"
@@ -13,19 +16,36 @@
 #include "program/program.h"
 
 namespace velmora {
+namespace {
+
+/// Says what would be opened, and starts nothing.
+class ShellThatOpensNothing : public qt::QtShell {
+public:
+    void open(const std::string& target, const std::string& folder) override {
+        LinePrinter(std::cout).print({"open", target, folder});
+    }
+};
+
+}  // namespace
 
 int runOnDesktop(const Options& options, Folders folders) {
     Machine machine(options, std::move(folders));
-    qt::QtShell shell;
+    const std::unique_ptr<qt::QtShell> shell =
+        options.open ? std::make_unique<qt::QtShell>() : std::make_unique<ShellThatOpensNothing>();
     qt::QtTray tray(machine.loop);
     qt::QtPointer pointer;
-    EngineAgent agent({.loop = machine.loop, .random = machine.random, .load = [&](EngineAgent& server) -> Actor {
+    CharacterWindows characterWindows(machine);
+    EngineAgent agent({.loop = machine.loop,
+                       .random = machine.random,
+                       .load = [&](EngineAgent& server) -> Actor {
                            auto character = loadShownCharacter(machine, server, Sound::asConfigured);
                            if (!character) return {};
                            const std::string name = character->name();
                            return {name, std::move(character)};
-                       }});
-    Platform platform = machine.platform(shell, tray, pointer, agent);
+                       },
+                       .showProperties = [&] { characterWindows.showOptions(); },
+                       .chooseDefault = [&] { characterWindows.showChooser(); }});
+    Platform platform = machine.platform(*shell, tray, pointer, agent);
     Program program(platform);
     qt::QtWindows windows(program.forms(), qt::views());
     qt::QtBoxView boxView(machine.loop);

@@ -19,9 +19,8 @@ std::string Machine::characterPackage() const {
     return machineSettings.value("Character", "Default");
 }
 
-QString Machine::charactersFolder() const {
-    return QString::fromStdString(
-        velmora::charactersFolder(folders.application, folders.installed, characterPackage()));
+QString Machine::charactersFolder(const std::string& package) const {
+    return QString::fromStdString(velmora::charactersFolder(folders.application, folders.installed, package));
 }
 
 Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent) {

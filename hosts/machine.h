@@ -40,7 +40,8 @@ struct Machine {
 
     /// Name of the default character's package, and the folder that it lies in.
     std::string characterPackage() const;
-    QString charactersFolder() const;
+    QString charactersFolder() const { return charactersFolder(characterPackage()); }
+    QString charactersFolder(const std::string& package) const;
 
     Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent);
 };

@@ -8,7 +8,8 @@
 
 namespace velmora {
 
-/// Takes no time, as the terminal host wants it, while a figure on the desktop performs the same orders at its own pace.
+/// Takes no time, as the terminal host wants it, while a figure on the desktop performs the same orders at
+/// its own pace.
 class MirroredStage : public InstantStage {
 public:
     MirroredStage(std::unique_ptr<agent::QtCharacter> figure, agent::Post post)

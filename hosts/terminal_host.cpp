@@ -2,22 +2,32 @@
 
 #include <unistd.h>
 
+#include <QProcess>
 #include <iostream>
+#include <memory>
 #include <variant>
 
 #include "agent/qt/package_reader.h"
+#include "hosts/character_windows.h"
+#include "hosts/mirrored_stage.h"
+#include "hosts/shown_character.h"
 #include "hosts/stdin_lines.h"
 #include "platform/console/terminal.h"
 #include "platform/console/terminal_ports.h"
 #include "platform/engine/engine_agent.h"
 #include "platform/engine/instant_stage.h"
+#include "platform/qt/box_view.h"
+#include "platform/qt/qt_shell.h"
+#include "platform/qt/qt_tray.h"
+#include "platform/qt/views.h"
+#include "platform/qt/windows.h"
 #include "program/program.h"
 
 namespace velmora {
 namespace {
 
 /// The default character, performing without taking time.
-Actor loadActor(const Machine& machine) {
+Actor loadUnseenActor(const Machine& machine) {
     auto result =
         agent::readPackage(machine.charactersFolder(), QString::fromStdString(machine.characterPackage()));
     if (const auto* reason = std::get_if<std::string>(&result)) {
@@ -27,19 +37,59 @@ Actor loadActor(const Machine& machine) {
     return {std::get<agent::Package>(result).rig.name, std::make_unique<InstantStage>()};
 }
 
+/// Without a desktop of our own, what is opened goes to the user's own opener, as data.
+bool openWithDesktop(const QUrl& url) {
+    return QProcess::startDetached(QStringLiteral("xdg-open"), {url.toString(QUrl::FullyEncoded)});
+}
+
+/// The windows beside a terminal, and the figure that performs what the terminal tells.
+class WindowsBeside : public AgentObserver {
+public:
+    explicit WindowsBeside(Machine& machine)
+        : machine_(machine), tray_(machine.loop), characterWindows_(machine) {
+        machine.boxes.add(boxes_);
+    }
+
+    Actor loadActor(EngineAgent& server) {
+        auto figure = loadShownCharacter(machine_, server, Sound::none);
+        if (!figure) return {};
+        const std::string name = figure->name();
+        auto stage = std::make_unique<MirroredStage>(
+            std::move(figure), [this](std::function<void()> call) { machine_.loop.post(std::move(call)); });
+        stage_ = stage.get();
+        return {name, std::move(stage)};
+    }
+    void stopAllAsked() override { stage_->stop(); }  // asked only of a character that is there
+    void propertiesAsked() override { characterWindows_.showOptions(); }
+    void choiceAsked() override { characterWindows_.showChooser(); }
+
+    Tray& tray() { return tray_; }
+
+private:
+    Machine& machine_;
+    qt::QtTray tray_;
+    qt::QtBoxView boxes_{machine_.loop};
+    CharacterWindows characterWindows_;
+    MirroredStage* stage_ = nullptr;
+};
+
 }  // namespace
 
 int runInTerminal(const Options& options, Folders folders) {
     Machine machine(options, std::move(folders));
+    const std::unique_ptr<WindowsBeside> windows =
+        options.windows ? std::make_unique<WindowsBeside>(machine) : nullptr;
     LinePrinter printer(std::cout);
-    TerminalShell shell(printer, nullptr);
-    TerminalTray tray(printer, nullptr);
+    qt::QtShell opener(openWithDesktop);
+    TerminalShell shell(printer, options.open ? &opener : nullptr);
+    TerminalTray tray(printer, windows ? &windows->tray() : nullptr);
     TerminalPointer pointer;
-    EngineAgent agent({.loop = machine.loop, .random = machine.random, .load = [&](EngineAgent&) {
-                           return loadActor(machine);
+    EngineAgent agent({.loop = machine.loop, .random = machine.random, .load = [&](EngineAgent& server) {
+                           return windows ? windows->loadActor(server) : loadUnseenActor(machine);
                        }});
     Platform platform = machine.platform(shell, tray, pointer, agent);
     Program program(platform);
+    const auto forms = windows ? std::make_unique<qt::QtWindows>(program.forms(), qt::views()) : nullptr;
     DescriptorLines input(STDIN_FILENO);
     Terminal terminal({.loop = machine.loop,
                        .forms = program.forms(),
@@ -50,6 +100,7 @@ int runInTerminal(const Options& options, Folders folders) {
                        .shell = shell,
                        .input = input,
                        .printer = printer});
+    if (windows) agent.add(*windows);
 
     program.start();
     machine.loop.run();
