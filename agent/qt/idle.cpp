@@ -1,6 +1,7 @@
 #include "agent/qt/idle.h"
 
 #include <array>
+#include <string_view>
 #include <vector>
 
 #include "agent/bytes.h"
