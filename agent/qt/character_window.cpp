@@ -77,6 +77,18 @@ QPoint CharacterWindow::inside(QPoint position) const {
     return {std::clamp(position.x(), area.left(), last.x()), std::clamp(position.y(), area.top(), last.y())};
 }
 
+void CharacterWindow::place(QPoint position) {
+    placed_ = position;
+    sincePlaced_.start();
+    move(position);
+}
+
+QPoint CharacterWindow::position() const {
+    constexpr qint64 settled = 500;  // milliseconds: from then on, it may also have been moved by the desktop
+    const bool known = !isVisible() || !sincePlaced_.hasExpired(settled);
+    return known && sincePlaced_.isValid() ? placed_ : positionOnDesktop(*this);
+}
+
 void CharacterWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
@@ -94,7 +106,7 @@ void CharacterWindow::mousePressEvent(QMouseEvent* event) {
     pressed_ = true;
     dragged_ = false;
     pressedAt_ = event->globalPosition().toPoint();
-    grip_ = pressedAt_ - pos();
+    grip_ = event->position().toPoint();
 }
 
 void CharacterWindow::mouseMoveEvent(QMouseEvent* event) {
@@ -102,7 +114,7 @@ void CharacterWindow::mouseMoveEvent(QMouseEvent* event) {
     const QPoint pointer = event->globalPosition().toPoint();
     if (!dragged_ && (pointer - pressedAt_).manhattanLength() < QApplication::startDragDistance()) return;
     dragged_ = true;
-    move(pointer - grip_);
+    place(pointer - grip_);
     if (onDragged) onDragged();
 }
 
@@ -110,7 +122,7 @@ void CharacterWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return tell(onClick, *event);
     const bool clicked = std::exchange(pressed_, false) && !dragged_;
     if (clicked) return tell(onClick, *event);
-    if (dragged_) move(inside(pos()));
+    if (dragged_) place(inside(event->globalPosition().toPoint() - grip_));
 }
 
 void CharacterWindow::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QImage>
 #include <QPoint>
 #include <QWidget>
@@ -24,6 +25,12 @@ public:
     /// The position nearest to `position` at which the whole window is on one screen.
     QPoint inside(QPoint position) const;
 
+    /// Moves the window there, which the desktop does a little later.
+    void place(QPoint position);
+
+    /// Where the window is, or will be as soon as the desktop has moved it.
+    QPoint position() const;
+
     /// Asks again whether the desktop is composited, and follows. Costs a round trip to the server.
     void updateComposited();
 
@@ -47,6 +54,8 @@ private:
 
     QImage frame_;
     bool composited_ = true;
+    QPoint placed_;
+    QElapsedTimer sincePlaced_;
     bool pressed_ = false;
     bool dragged_ = false;
     QPoint pressedAt_;  ///< on the desktop

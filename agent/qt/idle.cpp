@@ -1,6 +1,7 @@
 #include "agent/qt/idle.h"
 
 #include <array>
+#include <string_view>
 #include <vector>
 
 #include "agent/bytes.h"
@@ -16,7 +17,8 @@ struct Level {
     std::string_view prefix;
 };
 
-constexpr std::array<Level, 3> levels = {{{0s, 25s, "Idle1_"}, {90s, 45s, "Idle2_"}, {240s, 90s, "Idle3_"}}};
+constexpr std::array<Level, 3> levels = {
+    {{0s, 60s, "Idle1_"}, {120s, 100s, "Idle2_"}, {400s, 180s, "Idle3_"}}};
 
 std::vector<const Clip*> clipsNamed(const Rig& rig, std::string_view prefix) {
     std::vector<const Clip*> found;

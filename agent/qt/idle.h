@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <functional>
-#include <string>
+#include <utility>
 
 #include "agent/rig.h"
 

@@ -12,7 +12,7 @@
 namespace agent {
 namespace {
 
-constexpr qint64 largestFile = 4 * 1024 * 1024;
+constexpr qint64 largestFile = 4'000'000;
 
 bool isPlainName(const QString& name) {
     return !name.isEmpty() && !name.startsWith(u'.') && !name.contains(u'/') && !name.contains(u'\\') &&

@@ -127,10 +127,10 @@ void QtCharacter::show() {
     if (!placed_) {
         constexpr int margin = 24;
         const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-        window_.move(area.bottomRight() - QPoint(window_.width() + margin, window_.height() + margin));
+        window_.place(area.bottomRight() - QPoint(window_.width() + margin, window_.height() + margin));
         placed_ = true;
     }
-    window_.move(window_.inside(window_.pos()));
+    window_.place(window_.inside(window_.position()));
     if (const Clip* clip = rig_.clip("Show")) {
         animator_.place(clip->keys.front().pose);
         animator_.start(*clip, now());
@@ -155,6 +155,12 @@ void QtCharacter::play(const Clip& clip) {
     animate();
 }
 
+// The part of the window that the figure fills at rest.
+QRect QtCharacter::figure() const {
+    const QRect area(window_.position(), window_.size());
+    return area.adjusted(area.width() / 10, area.height() / 20, -area.width() / 10, -area.height() / 40);
+}
+
 SpokenLine QtCharacter::openBalloon(BalloonKind kind, const std::string& text) {
     SpokenLine line = parseSpeech(chooseAlternative(text, options_.pick));
     line_ = toShown(line);
@@ -165,7 +171,7 @@ SpokenLine QtCharacter::openBalloon(BalloonKind kind, const std::string& text) {
     if (line_.text.trimmed().isEmpty()) {
         balloon_.closeNow();
     } else {
-        balloon_.open(kind, line_.text, description, window_.geometry());
+        balloon_.open(kind, line_.text, description, figure());
     }
     return line;
 }
@@ -225,10 +231,10 @@ void QtCharacter::moveTo(QPoint target) {
     constexpr double pixelsPerSecond = 1200;
     constexpr Milliseconds shortest{150};
     constexpr Milliseconds longest{900};
-    const QPoint from = window_.pos();
+    const QPoint from = window_.position();
     const QPoint to = window_.inside(target);
     placed_ = true;
-    if (!onScreen()) window_.move(to);
+    if (!onScreen()) window_.place(to);
     if (!onScreen() || from == to) return finish();
     balloon_.closeNow();
     const double distance = std::hypot(to.x() - from.x(), to.y() - from.y());
@@ -241,7 +247,7 @@ void QtCharacter::slide(Milliseconds time) {
     const double part = std::min(1.0, static_cast<double>((time - slide_->since).count()) /
                                           static_cast<double>(slide_->lasts.count()));
     const double eased = part * part * (3 - 2 * part);
-    window_.move((QPointF(slide_->from) + QPointF(slide_->to - slide_->from) * eased).toPoint());
+    window_.place((QPointF(slide_->from) + QPointF(slide_->to - slide_->from) * eased).toPoint());
     if (part >= 1) slide_.reset();
 }
 

@@ -81,6 +81,7 @@ private:
     void think(const std::string& text);
     void moveTo(QPoint target);
 
+    QRect figure() const;
     SpokenLine openBalloon(BalloonKind kind, const std::string& text);
     void revealWord(std::size_t word);
     void revealNextThought();

@@ -1,12 +1,14 @@
 #include "agent/qt/rig_reader.h"
 
 #include <QJsonArray>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace agent {
 namespace {

@@ -78,6 +78,19 @@ bool isComposited(const QWidget& widget) {
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
+QPoint positionOnDesktop(const QWidget& widget) {
+    auto* connection = x11();
+    if (connection == nullptr) return widget.pos();
+    const auto window = static_cast<xcb_window_t>(widget.winId());
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const auto cookie = xcb_translate_coordinates(connection, window, root, 0, 0);
+    const ReplyOf<xcb_translate_coordinates_reply_t> reply(
+        xcb_translate_coordinates_reply(connection, cookie, nullptr));
+    if (!reply) return widget.pos();
+    const QPoint origin = widget.screen()->geometry().topLeft();
+    return origin + (QPoint(reply->dst_x, reply->dst_y) - origin) / widget.devicePixelRatioF();
+}
+
 void shapeWindow(QWidget& widget, const QImage& image, bool composited) {
     auto* connection = x11();
     if (connection == nullptr) return;

@@ -25,13 +25,22 @@ void Player::play(const Utterance& utterance) {
 }
 
 void Player::finish() {
-    constexpr std::chrono::milliseconds step{10};
-    while (!host_.stopped() && sink_->delay().count() > 0) {
-        tellHeard();
-        host_.wait(std::chrono::steady_clock::now() + step);
+    // By the clock: a device that has played all it was given may report its own latency for ever.
+    const auto end = std::chrono::steady_clock::now() + delay();
+    while (!host_.stopped() && !events_.empty()) {
+        const auto left = static_cast<std::int64_t>(written_ - events_.front().sample);
+        host_.wait(end - std::chrono::microseconds(left * 1'000'000 / host_.sampleRate));
+        if (host_.stopped()) break;
+        host_.tell(events_.front());
+        events_.pop_front();
     }
-    if (host_.stopped()) return sink_->drop();
-    for (const auto& event : std::exchange(events_, {})) host_.tell(event);
+    if (!host_.stopped()) host_.wait(end);
+    if (host_.stopped()) sink_->drop();
+}
+
+std::chrono::microseconds Player::delay() {
+    constexpr std::chrono::microseconds believable{2'500'000};
+    return std::min(sink_->delay(), believable);
 }
 
 void Player::write(std::span<const std::int16_t> samples) {
@@ -43,7 +52,7 @@ void Player::write(std::span<const std::int16_t> samples) {
 }
 
 void Player::tellHeard() {
-    const auto ahead = sink_->delay().count() * host_.sampleRate / 1'000'000;
+    const auto ahead = delay().count() * host_.sampleRate / 1'000'000;
     const auto heard = static_cast<std::int64_t>(written_) - ahead;
     while (!events_.empty() && static_cast<std::int64_t>(events_.front().sample) <= heard) {
         host_.tell(events_.front());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -33,6 +34,7 @@ public:
 private:
     void write(std::span<const std::int16_t> samples);
     void tellHeard();
+    std::chrono::microseconds delay();
 
     std::unique_ptr<AudioSink> sink_;
     PlayerHost host_;

@@ -38,7 +38,8 @@ std::unique_ptr<AudioSink> openPulse(int sampleRate) {
     constexpr auto open = static_cast<std::uint32_t>(-1);
     const pa_buffer_attr buffer{.maxlength = open,
                                 .tlength = static_cast<std::uint32_t>(pa_usec_to_bytes(buffered, &format)),
-                                .prebuf = open,
+                                .prebuf = 0,  // a short word alone would not fill a buffer
+
                                 .minreq = open,
                                 .fragsize = open};
     pa_simple* stream = pa_simple_new(nullptr, "Velmora", PA_STREAM_PLAYBACK, nullptr, "Speech", &format,

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <vector>
 
 namespace {
@@ -10,7 +11,8 @@ namespace {
 using namespace agent;
 using testing::ElementsAre;
 
-// A device that is heard a second late, at a thousand samples a second, and breaks when told to.
+// A device that is heard a second late, at a thousand samples a second, says so for ever, and breaks when
+// told to.
 class FakeSink : public AudioSink {
 public:
     struct Record {
@@ -39,7 +41,7 @@ protected:
     PlayerTest() {
         host.stopped = [this] { return stopped; };
         host.tell = [this](const SpeechEvent& event) { told.push_back(std::get<std::size_t>(event.what)); };
-        host.wait = [this](auto) { device.late -= std::min<std::size_t>(device.late, 100); };
+        host.wait = [this](auto time) { waits.push_back(time); };
     }
     Player makePlayer() { return {std::make_unique<FakeSink>(device), host}; }
 
@@ -49,6 +51,7 @@ protected:
 
     bool stopped = false;
     std::vector<std::size_t> told;
+    std::vector<std::chrono::steady_clock::time_point> waits;
     FakeSink::Record device;
     PlayerHost host{.sampleRate = 1000, .stopped = {}, .wait = {}, .tell = {}};
 };
@@ -60,6 +63,8 @@ TEST_F(PlayerTest, TellsAWordWhenItIsHeardAndNotWhenItIsWritten) {
     EXPECT_THAT(told, ElementsAre(0));
     player.finish();
     EXPECT_THAT(told, ElementsAre(0, 1));
+    ASSERT_EQ(waits.size(), 2U);
+    EXPECT_NEAR(std::chrono::duration<double>(waits[1] - waits[0]).count(), 0.6, 1e-6);
 }
 
 TEST_F(PlayerTest, StoppedItDropsWhatIsNotHeardAndTellsNothingMore) {

@@ -13,7 +13,6 @@ namespace {
 
 using namespace agent;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 // Says a line when told to.
 class FakeVoice : public Voice {

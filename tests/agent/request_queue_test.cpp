@@ -85,6 +85,7 @@ TEST_F(RequestQueueTest, AHiddenCharacterRefusesAllButShowHideAndMoveAndTheQueue
         {Action::show, "again", RequestState::complete}, {Action::play, "WAVE", RequestState::complete},
         {Action::play, "Juggle", RequestState::failed},  {Action::speak, "Hi", RequestState::complete}};
     std::vector<RequestHandle> handles;
+    handles.reserve(cases.size());
     for (const auto& c : cases) handles.push_back(ask(c.action, c.text));
     run();
     ASSERT_EQ(ended, handles);
