@@ -67,7 +67,7 @@ QStringList nameFilters(std::string_view filter) {
     while (!filter.empty()) {
         const auto take = [&filter] {
             const auto end = filter.find('\0');
-            const QString text = shown(filter.substr(0, end));
+            QString text = shown(filter.substr(0, end));
             filter.remove_prefix(end == std::string_view::npos ? filter.size() : end + 1);
             return text;
         };

@@ -13,7 +13,7 @@ namespace velmora::qt {
 
 /// A form with its window. It may be on the stack when the form goes, as the sender of the click that caused
 /// it.
-class QtWindows::Shown : public ComponentView {
+class QtWindows::Shown final : public ComponentView {
 public:
     Shown(Form& form, const View& view) : form_(form), window_(new FormWindow) {
         view.setUp(*window_);

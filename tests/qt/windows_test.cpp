@@ -19,6 +19,7 @@
 #include "platform/qt/qt_loop_host.h"
 
 using namespace velmora;
+using namespace std::string_view_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -251,12 +252,12 @@ TEST_F(WindowsTest, AFileDialogGivesThePathWithItsExtensionOrNothing) {
     std::optional<std::string> cancelled = "not asked";
     run([&] {
         answer(QStringLiteral("velmora-no-such-script"), true);
-        saved = boxes.saveFile("Save", std::string("Scripts\0*.vls\0", 14), "vls");
+        saved = boxes.saveFile("Save", std::string("Scripts\0*.vls\0"sv), "vls");
         answer({}, false);
-        cancelled = boxes.openFile("Open", std::string("All\0*.*\0", 8));
+        cancelled = boxes.openFile("Open", std::string("All\0*.*\0"sv));
     });
     EXPECT_EQ(saved, QDir(folder).filePath(QStringLiteral("velmora-no-such-script.vls")).toStdString());
     EXPECT_EQ(cancelled, std::nullopt);
-    EXPECT_EQ(qt::nameFilters(std::string_view("Text (*.txt)\0*.txt;*.log\0All\0*.*\0", 34)),
+    EXPECT_EQ(qt::nameFilters("Text (*.txt)\0*.txt;*.log\0All\0*.*\0"sv),
               QStringList({QStringLiteral("Text (*.txt *.log)"), QStringLiteral("All (*)")}));
 }
