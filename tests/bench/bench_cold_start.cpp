@@ -2,13 +2,14 @@
 // nothing.
 
 #include "tests/bench/benchmark.h"
-#include "tests/bench/child_process.h"
-#include "tests/bench/scratch_profile.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_profile.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 using namespace velmora::bench;
+using namespace velmora::blackbox;
 
 constexpr int runs = 15;
 constexpr int warmUps = 2;

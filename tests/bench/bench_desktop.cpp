@@ -4,14 +4,15 @@
 #include <chrono>
 
 #include "tests/bench/benchmark.h"
-#include "tests/bench/child_process.h"
-#include "tests/bench/scratch_profile.h"
-#include "tests/bench/x_screen.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_profile.h"
+#include "tests/support/x_screen.h"
 
 namespace {
 
 using namespace std::chrono_literals;
 using namespace velmora::bench;
+using namespace velmora::blackbox;
 using Clock = ChildProcess::Clock;
 
 constexpr int runs = 5;
@@ -39,7 +40,7 @@ void desktop(const std::filesystem::path& build) {
         const auto start = Clock::now();
         ChildProcess program({build / "apps/velmora", "--no-open", "--folder", profile.folder()},
                              profile.environment({screen.display(), "QT_QPA_PLATFORM=xcb"}));
-        const auto balloon = screen.waitForBalloon(start + 30s);
+        const auto balloon = screen.waitForPopup(start + 30s);
         milliseconds.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
         speakingPercent.push_back(
             processorPercent(program, [&] { screen.waitForEndOf(balloon, Clock::now() + 60s); }));

@@ -7,7 +7,7 @@
 #include "platform/ini_settings_file.h"
 #include "platform/posix/posix_files.h"
 #include "tests/bench/benchmark.h"
-#include "tests/bench/scratch_profile.h"
+#include "tests/support/scratch_profile.h"
 
 namespace {
 

@@ -1,12 +1,8 @@
 #include "tests/console/terminal_session.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -14,82 +10,61 @@
 #include <stdexcept>
 
 namespace velmora {
+namespace {
 
-TerminalSession::TerminalSession(const std::string& folder, std::vector<std::string> arguments) {
-    std::array<int, 2> in{};
-    std::array<int, 2> out{};
-    if (pipe2(in.data(), O_CLOEXEC) != 0 || pipe2(out.data(), O_CLOEXEC) != 0)
-        throw std::runtime_error("no pipe");
+using namespace std::chrono_literals;
+
+std::vector<std::string> commandFor(const std::string& folder, const std::vector<std::string>& arguments) {
     std::vector<std::string> words{VELMORA_PROGRAM, "--console", "--folder", folder};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words) argv.push_back(word.data());
-    argv.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-    const int failed = posix_spawn(&child_, VELMORA_PROGRAM, &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(in[0]);
-    close(out[1]);
-    toChild_ = in[1];
-    fromChild_ = out[0];
-    if (failed != 0) throw std::runtime_error("the program does not start");
+    return words;
 }
 
-TerminalSession::~TerminalSession() {
-    if (toChild_ >= 0) close(toChild_);
-    close(fromChild_);
-    if (child_ > 0) waitpid(child_, nullptr, 0);
+std::vector<std::string> ownEnvironment() {
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable; ++variable) variables.emplace_back(*variable);
+    return variables;
 }
 
-std::string TerminalSession::readLine() {
-    for (;;) {
-        const auto end = buffer_.find('\n');
-        if (end != std::string::npos) {
-            std::string line = buffer_.substr(0, end);
-            buffer_.erase(0, end + 1);
-            std::replace(line.begin(), line.end(), '\t', ' ');
-            return line;
-        }
-        std::array<char, 4096> block{};
-        const ssize_t count = read(fromChild_, block.data(), block.size());
-        if (count <= 0) return {};
-        buffer_.append(block.data(), static_cast<std::size_t>(count));
+}  // namespace
+
+TerminalSession::TerminalSession(const std::string& folder, const std::vector<std::string>& arguments)
+    : program_(commandFor(folder, arguments), ownEnvironment()) {}
+
+blackbox::ChildProcess::Clock::time_point TerminalSession::deadline() {
+    return blackbox::ChildProcess::Clock::now() + 60s;
+}
+
+std::optional<std::string> TerminalSession::readLine() {
+    std::string line;
+    try {
+        line = program_.readLine(deadline());
+    } catch (const blackbox::OutputEnded&) {
+        return {};
     }
+    std::replace(line.begin(), line.end(), '\t', ' ');
+    return line;
 }
 
 std::vector<std::string> TerminalSession::readAnswer() {
     std::vector<std::string> lines;
-    for (;;) {
-        const std::string line = readLine();
-        if (line.empty()) return lines;
-        lines.push_back(line);
-        if (line == "ready" || line == "ok" || line == "bye" || line.starts_with("error ")) return lines;
+    while (const auto line = readLine()) {
+        lines.push_back(*line);
+        if (line == "ready" || line == "ok" || line == "bye" || line->starts_with("error ")) break;
     }
+    return lines;
 }
 
 std::vector<std::string> TerminalSession::send(const std::string& line) {
-    const std::string whole = line + "\n";
-    if (write(toChild_, whole.data(), whole.size()) != static_cast<ssize_t>(whole.size())) return {};
+    program_.write(line + "\n");
     return readAnswer();
 }
 
 std::vector<std::string> TerminalSession::finishInput() {
-    close(toChild_);
-    toChild_ = -1;
+    program_.closeInput();
     std::vector<std::string> lines;
-    for (std::string line = readLine(); !line.empty(); line = readLine()) lines.push_back(line);
+    while (const auto line = readLine()) lines.push_back(*line);
     return lines;
-}
-
-int TerminalSession::exitStatus() {
-    int status = 0;
-    if (child_ > 0) waitpid(child_, &status, 0);
-    child_ = -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 ScratchFolder::ScratchFolder() {

@@ -1,20 +1,19 @@
 #pragma once
 
-#include <sys/types.h>
-
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "tests/support/child_process.h"
+
 namespace velmora {
 
-/// The real program in its terminal host, with a folder of its own, driven through pipes.
+/// The real program in its terminal host, with a folder of its own, driven through pipes. What does not come
+/// within a generous time is an exception.
 class TerminalSession {
 public:
     /// `arguments` follow `--console --folder FOLDER`.
-    TerminalSession(const std::string& folder, std::vector<std::string> arguments = {});
-    ~TerminalSession();
-    TerminalSession(const TerminalSession&) = delete;
-    TerminalSession& operator=(const TerminalSession&) = delete;
+    explicit TerminalSession(const std::string& folder, const std::vector<std::string>& arguments = {});
 
     /// The lines, TABs as blanks, up to and including the first that is `ready`, `ok`, `bye` or begins with
     /// `error`, or up to the end of output.
@@ -25,15 +24,13 @@ public:
     std::vector<std::string> finishInput();
 
     /// Waits for the end; the exit status, or -1 if a signal ended it.
-    int exitStatus();
+    int exitStatus() { return program_.waitForEnd(deadline()); }
 
 private:
-    std::string readLine();
+    static blackbox::ChildProcess::Clock::time_point deadline();
+    std::optional<std::string> readLine();
 
-    pid_t child_ = -1;
-    int toChild_ = -1;
-    int fromChild_ = -1;
-    std::string buffer_;
+    blackbox::ChildProcess program_;
 };
 
 /// A folder that goes with the object.

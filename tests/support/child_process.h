@@ -3,13 +3,19 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace velmora::bench {
+namespace velmora::blackbox {
 
-/// A program started by a benchmark, with pipes to its standard input and output. Its end is this object's
+/// The program has closed its output.
+struct OutputEnded : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A program started by a test, with pipes to its standard input and output. Its end is this object's
 /// end: the destructor closes the pipes, ends a process that still runs (SIGTERM, after two seconds SIGKILL),
 /// and collects it.
 class ChildProcess {
@@ -32,11 +38,16 @@ public:
     /// Reads lines up to and with `expected`; throws as readLine does.
     void readUntil(std::string_view expected, Clock::time_point deadline);
 
+    /// Hands the text to the program's standard input, which must take it at once or soon. Throws
+    /// std::system_error.
+    void write(std::string_view text);
+
     /// Lets the program see the end of its input.
     void closeInput();
 
-    /// Waits until the program ends by itself. Throws std::runtime_error if it does not in time.
-    void waitForEnd(Clock::time_point deadline);
+    /// Waits until the program ends by itself; gives its exit status, or -1 if a signal ended it. Throws
+    /// std::runtime_error if it does not in time.
+    int waitForEnd(Clock::time_point deadline);
 
     /// Leaves the process alone for this long. Throws std::runtime_error if it ends meanwhile.
     void letRun(std::chrono::milliseconds span);
@@ -60,4 +71,4 @@ private:
     bool collected_ = false;
 };
 
-}  // namespace velmora::bench
+}  // namespace velmora::blackbox

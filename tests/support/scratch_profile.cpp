@@ -1,4 +1,4 @@
-#include "tests/bench/scratch_profile.h"
+#include "tests/support/scratch_profile.h"
 
 #include <stdlib.h>
 
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace velmora::bench {
+namespace velmora::blackbox {
 namespace {
 
 constexpr std::string_view fifteenSettings =
@@ -51,4 +51,4 @@ std::vector<std::string> ScratchProfile::environment(const std::vector<std::stri
     return variables;
 }
 
-}  // namespace velmora::bench
+}  // namespace velmora::blackbox

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-namespace velmora::bench {
+namespace velmora::blackbox {
 
-/// An application folder and a home of its own for one benchmark: a user with 15 settings, a silent voice, no
+/// An application folder and a home of its own for one test: a user with 15 settings, a silent voice, no
 /// mail to check. Removed with the object.
 class ScratchProfile {
 public:
@@ -27,4 +27,4 @@ private:
     std::filesystem::path root_;
 };
 
-}  // namespace velmora::bench
+}  // namespace velmora::blackbox

@@ -5,12 +5,12 @@
 #include <memory>
 #include <string>
 
-#include "tests/bench/child_process.h"
-#include "tests/bench/scratch_profile.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_profile.h"
 
-namespace velmora::bench {
+namespace velmora::blackbox {
 
-/// A virtual screen with a window manager, for one benchmark. Tells when windows appear and vanish.
+/// A virtual screen with a window manager, for one test. Tells when windows appear and vanish.
 class XScreen {
 public:
     /// Starts Xvfb and openbox and waits until both serve. Throws std::runtime_error or std::system_error.
@@ -19,11 +19,11 @@ public:
     /// What a program on this screen finds in its environment.
     std::string display() const { return "DISPLAY=" + display_; }
 
-    /// Waits until a balloon of Velmora's is mapped: a window of its class that stands outside the window
-    /// manager. Throws std::runtime_error if none is in time.
-    xcb_window_t waitForBalloon(ChildProcess::Clock::time_point deadline);
+    /// Waits until a balloon or a menu of Velmora's is mapped: a window of its class that stands outside the
+    /// window manager. Throws std::runtime_error if none is in time.
+    xcb_window_t waitForPopup(ChildProcess::Clock::time_point deadline);
 
-    /// Waits until this window is unmapped or destroyed; throws as waitForBalloon does.
+    /// Waits until this window is unmapped or destroyed; throws as waitForPopup does.
     void waitForEndOf(xcb_window_t window, ChildProcess::Clock::time_point deadline);
 
 private:
@@ -47,4 +47,4 @@ private:
     std::string display_;
 };
 
-}  // namespace velmora::bench
+}  // namespace velmora::blackbox

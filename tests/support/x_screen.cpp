@@ -1,4 +1,4 @@
-#include "tests/bench/x_screen.h"
+#include "tests/support/x_screen.h"
 
 #include <poll.h>
 
@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace velmora::bench {
+namespace velmora::blackbox {
 namespace {
 
 using namespace std::chrono_literals;
@@ -58,7 +58,7 @@ void XScreen::waitForWindowManager(ChildProcess::Clock::time_point deadline) {
     }
 }
 
-xcb_window_t XScreen::waitForBalloon(ChildProcess::Clock::time_point deadline) {
+xcb_window_t XScreen::waitForPopup(ChildProcess::Clock::time_point deadline) {
     for (;;) {
         const auto event = nextEvent(deadline);
         if ((event->response_type & eventKind) != XCB_MAP_NOTIFY) continue;
@@ -108,4 +108,4 @@ XScreen::Event XScreen::nextEvent(ChildProcess::Clock::time_point deadline) {
     }
 }
 
-}  // namespace velmora::bench
+}  // namespace velmora::blackbox

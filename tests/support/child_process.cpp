@@ -1,4 +1,4 @@
-#include "tests/bench/child_process.h"
+#include "tests/support/child_process.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <system_error>
 
-namespace velmora::bench {
+namespace velmora::blackbox {
 namespace {
 
 using namespace std::chrono_literals;
@@ -102,7 +102,7 @@ std::string ChildProcess::readLine(Clock::time_point deadline) {
         if (!readableBy(output_, deadline)) throw std::runtime_error(name_ + " printed nothing in time");
         std::array<char, 4096> part{};
         const auto count = read(output_, part.data(), part.size());
-        if (count <= 0) throw std::runtime_error(name_ + " closed its output");
+        if (count <= 0) throw OutputEnded(name_ + " closed its output");
         buffer_.append(part.data(), static_cast<std::size_t>(count));
     }
 }
@@ -111,15 +111,25 @@ void ChildProcess::readUntil(std::string_view expected, Clock::time_point deadli
     while (readLine(deadline) != expected) continue;
 }
 
+void ChildProcess::write(std::string_view text) {
+    while (!text.empty()) {
+        const auto count = ::write(input_, text.data(), text.size());
+        if (count < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), name_);
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+}
+
 void ChildProcess::closeInput() {
     if (input_ >= 0) close(input_);
     input_ = -1;
 }
 
-void ChildProcess::waitForEnd(Clock::time_point deadline) {
+int ChildProcess::waitForEnd(Clock::time_point deadline) {
     if (!endedBy(deadline)) throw std::runtime_error(name_ + " did not end in time");
-    waitpid(pid_, nullptr, 0);
+    int status = 0;
+    waitpid(pid_, &status, 0);
     collected_ = true;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 void ChildProcess::letRun(std::chrono::milliseconds span) {
@@ -154,4 +164,4 @@ bool ChildProcess::endedBy(Clock::time_point deadline) {
     return handle_ >= 0 && readableBy(handle_, deadline);
 }
 
-}  // namespace velmora::bench
+}  // namespace velmora::blackbox
