@@ -5,7 +5,7 @@
 namespace velmora {
 
 std::shared_ptr<Box> Boxes::ask(Box asked) {
-    const auto box = std::make_shared<Box>(std::move(asked));
+    auto box = std::make_shared<Box>(std::move(asked));
     open_.push_back(box);
     for (BoxView* view : views_) view->boxOpened(box);
 
