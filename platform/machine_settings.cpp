@@ -26,7 +26,7 @@ constexpr std::array entries{
 
 }  // namespace
 
-MachineSettings::MachineSettings(const SettingsFile& reader, std::string folder)
+MachineSettings::MachineSettings(const SettingsFile& reader, const std::string& folder)
     : reader_(reader), file_(path(folder, fileName)) {}
 
 std::string MachineSettings::value(std::string_view section, std::string_view key) const {

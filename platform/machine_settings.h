@@ -12,7 +12,7 @@ namespace velmora {
 /// missing file or key gives the default, and sections and keys that are not known here are left alone.
 class MachineSettings {
 public:
-    MachineSettings(const SettingsFile& reader, std::string folder);
+    MachineSettings(const SettingsFile& reader, const std::string& folder);
 
     /// The value, or its default from the table; empty for a key that the table does not know and the file
     /// does not hold.

@@ -2,10 +2,10 @@
 
 namespace velmora {
 
-Menu::Menu(Form& form, std::string_view name, Design design)
-    : Menu(form, name, std::move(design), std::nullopt) {}
+Menu::Menu(Form& form, std::string_view name, const Design& design)
+    : Menu(form, name, design, std::nullopt) {}
 
-Menu::Menu(Form& form, std::string_view name, Design design, std::optional<int> index)
+Menu::Menu(Form& form, std::string_view name, const Design& design, std::optional<int> index)
     : Component(name, index),
       Caption(*this, "Caption", design.Caption),
       Enabled(*this, "Enabled", design.Enabled),
@@ -16,8 +16,8 @@ Menu::Menu(Form& form, std::string_view name, Design design, std::optional<int> 
     form.menus_.push_back(this);
 }
 
-Menu::Menu(Form& form, Menu& parent, std::string_view name, Design design, std::optional<int> index)
-    : Menu(form, name, std::move(design), index) {
+Menu::Menu(Form& form, Menu& parent, std::string_view name, const Design& design, std::optional<int> index)
+    : Menu(form, name, design, index) {
     parent_ = &parent;
     parent.entries_.push_back(this);
 }

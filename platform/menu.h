@@ -22,14 +22,14 @@ public:
     using Design = MenuDesign;
 
     /// A menu of its own, to be popped up.
-    Menu(Form& form, std::string_view name, Design design);
-    Menu(Form& form, std::string_view name, Design design, std::optional<int> index);
+    Menu(Form& form, std::string_view name, const Design& design);
+    Menu(Form& form, std::string_view name, const Design& design, std::optional<int> index);
 
     /// An entry at the end of `parent`.
-    Menu(Form& form, Menu& parent, std::string_view name, Design design, std::optional<int> index = {});
+    Menu(Form& form, Menu& parent, std::string_view name, const Design& design, std::optional<int> index = {});
     template <std::derived_from<Form> F>
-    Menu(F& form, Menu& parent, std::string_view name, Design design, void (F::*handler)())
-        : Menu(static_cast<Form&>(form), parent, name, std::move(design)) {
+    Menu(F& form, Menu& parent, std::string_view name, const Design& design, void (F::*handler)())
+        : Menu(static_cast<Form&>(form), parent, name, design) {
         Click.connect([&form, handler] { (form.*handler)(); });
     }
 
