@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <QApplication>
 #include <QCoreApplication>
 #include <csignal>
@@ -6,38 +9,43 @@
 #include <variant>
 #include <vector>
 
-#include "hosts/data_folders.h"
 #include "hosts/desktop_host.h"
+#include "hosts/displays.h"
 #include "hosts/options.h"
 #include "hosts/terminal_host.h"
+#include "platform/posix/data_folders.h"
 
 namespace {
 
-bool hasDisplay() {
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
-
-/// A figure that stands above all windows at a place of its own is more than a Wayland desktop grants; where
-/// it offers an X server too, that one can do it.
-void preferXServer() {
-    if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
+/// A standard descriptor that came closed would be given to the next file that is opened.
+void fillStandardDescriptors() {
+    while (true) {
+        const int descriptor = open("/dev/null", O_RDWR);
+        if (descriptor > STDERR_FILENO) close(descriptor);
+        if (descriptor < 0 || descriptor > STDERR_FILENO) return;
     }
 }
 
 }  // namespace
 
 int main(int count, char** values) {
+    fillStandardDescriptors();
     auto parsed = velmora::parseOptions(std::vector<std::string>(values + 1, values + count));
     if (const auto* usage = std::get_if<velmora::Usage>(&parsed)) {
         (usage->status == 0 ? std::cout : std::cerr) << usage->text;
         return usage->status;
     }
     auto& options = std::get<velmora::Options>(parsed);
-    if (!options.console && !hasDisplay() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    if (!options.console && !velmora::hasDisplay()) {
         std::cerr
             << "velmora: neither DISPLAY nor WAYLAND_DISPLAY is set, starting in the terminal (--console)\n";
         options.console = true;
+        options.windows = false;
+    }
+    const bool windows = !options.console || options.windows;
+    if (windows && !velmora::chooseDisplay()) {
+        std::cerr << "velmora: the display can't be reached; --console runs in the terminal\n";
+        return 1;
     }
     const std::string installed = velmora::installedDataFolder();
     const auto folder = velmora::prepareApplicationFolder(options.folder, installed);
@@ -47,11 +55,10 @@ int main(int count, char** values) {
     QCoreApplication::setApplicationName(QStringLiteral("velmora"));
     const velmora::Folders folders{.application = *folder, .installed = installed};
     int qtCount = 1;  // the options are ours, none is Qt's
-    if (options.console && !options.windows) {
+    if (!windows) {
         const QCoreApplication application(qtCount, values);
         return velmora::runInTerminal(options, folders);
     }
-    preferXServer();
     const QApplication application(qtCount, values);
     return options.console ? velmora::runInTerminal(options, folders)
                            : velmora::runOnDesktop(options, folders);

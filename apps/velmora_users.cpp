@@ -1,8 +1,9 @@
 #include <iostream>
 
+#include "base/failure.h"
 #include "core/users_command.h"
 #include "platform/posix/application_folder.h"
-#include "platform/posix/file_descriptor.h"
+#include "platform/posix/data_folders.h"
 #include "platform/posix/password_prompt.h"
 #include "platform/posix/posix_files.h"
 
@@ -12,7 +13,12 @@ int main(int count, char** values) {
         .files = files,
         .defaultFolder = velmora::defaultApplicationFolder(),
         .version = VELMORA_VERSION,
-        .createFolder = velmora::createPrivateFolder,
+        .createFolder =
+            [](const std::string& folder) {  // as complete as the program's own first start would make it
+                if (!velmora::prepareApplicationFolder(folder, velmora::installedDataFolder())) {
+                    throw velmora::Failure(velmora::errors::pathFileAccess);
+                }
+            },
         .askPassword =
             [](const std::string& name) {
                 return velmora::askForPassword("Password for " + name + ": ", "The same again: ");

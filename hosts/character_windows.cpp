@@ -4,7 +4,6 @@
 #include <set>
 #include <variant>
 
-#include "agent/qt/package_reader.h"
 #include "agent/qt/part_art.h"
 #include "hosts/shown_character.h"
 #include "platform/files.h"
@@ -28,7 +27,7 @@ qt::CharacterSettings CharacterWindows::settings() {
             path(machine_.folders.application, MachineSettings::fileName)};
 }
 
-void CharacterWindows::showOptions() {
+void CharacterWindows::propertiesAsked() {
     if (!options_) {
         options_ = std::make_unique<qt::SpeechOptions>(
             settings(), voices, [this](const qt::SpeechChoice& choice) { tryVoice(choice); });
@@ -36,9 +35,12 @@ void CharacterWindows::showOptions() {
     raise(*options_);
 }
 
+agent::PackageResult CharacterWindows::readPackage(const std::string& package) const {
+    return agent::readPackage(machine_.charactersFolder(package), package);
+}
+
 void CharacterWindows::tryVoice(const qt::SpeechChoice& choice) {
-    const auto read =
-        agent::readPackage(machine_.charactersFolder(), QString::fromStdString(machine_.characterPackage()));
+    const auto read = readPackage(machine_.characterPackage());
     const auto* package = std::get_if<agent::Package>(&read);
     const agent::VoiceSettings wanted =
         voiceSettings(choice, machine_.machineSettings.value("Speech", "Device"));
@@ -48,7 +50,7 @@ void CharacterWindows::tryVoice(const qt::SpeechChoice& choice) {
     voice_->speak(agent::parseSpeech("This is how I sound."), {});
 }
 
-void CharacterWindows::showChooser() {
+void CharacterWindows::choiceAsked() {
     // Made anew each time: packages may have come.
     std::set<std::string> names;
     for (const std::string& folder : {machine_.folders.application, machine_.folders.installed}) {
@@ -64,7 +66,7 @@ void CharacterWindows::showChooser() {
 }
 
 QPixmap CharacterWindows::preview(const std::string& package) const {
-    const auto read = agent::readPackage(machine_.charactersFolder(package), QString::fromStdString(package));
+    const auto read = readPackage(package);
     const auto* found = std::get_if<agent::Package>(&read);
     std::string reason;
     const auto art = found ? agent::PartArt::load(found->art, found->rig, reason) : nullptr;

@@ -35,16 +35,14 @@ int runOnDesktop(const Options& options, Folders folders) {
     qt::QtTray tray(machine.loop);
     qt::QtPointer pointer;
     CharacterWindows characterWindows(machine);
-    EngineAgent agent({.loop = machine.loop,
-                       .random = machine.random,
-                       .load = [&](EngineAgent& server) -> Actor {
-                           auto character = loadShownCharacter(machine, server, Sound::asConfigured);
-                           if (!character) return {};
-                           const std::string name = character->name();
-                           return {name, std::move(character)};
-                       },
-                       .showProperties = [&] { characterWindows.showOptions(); },
-                       .chooseDefault = [&] { characterWindows.showChooser(); }});
+    EngineAgent agent(
+        {.loop = machine.loop, .random = machine.random, .load = [&](EngineAgent& server) -> Actor {
+             auto character = loadShownCharacter(machine, server, Sound::asConfigured);
+             if (!character) return {};
+             const std::string name = character->name();
+             return {name, std::move(character)};
+         }});
+    agent.add(characterWindows);
     Platform platform = machine.platform(*shell, tray, pointer, agent);
     Program program(platform);
     qt::QtWindows windows(program.forms(), qt::views());

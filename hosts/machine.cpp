@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "hosts/data_folders.h"
+#include "platform/posix/data_folders.h"
 
 namespace velmora {
 
@@ -11,7 +11,7 @@ Machine::Machine(const Options& options, Folders folders_)
       application(folders.application),
       machineSettings(settings, folders.application),
       clock(loop, options.clock),
-      random(options.seed ? *options.seed : std::random_device{}()) {
+      seed(options.seed ? *options.seed : std::random_device{}()) {
     loopHost.carry(&loop);
 }
 
@@ -19,8 +19,8 @@ std::string Machine::characterPackage() const {
     return machineSettings.value("Character", "Default");
 }
 
-QString Machine::charactersFolder(const std::string& package) const {
-    return QString::fromStdString(velmora::charactersFolder(folders.application, folders.installed, package));
+std::string Machine::charactersFolder(const std::string& package) const {
+    return velmora::charactersFolder(folders.application, folders.installed, package);
 }
 
 Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QString>
 #include <memory>
 #include <string>
 
@@ -35,13 +34,15 @@ struct Machine {
     IniSettingsFile settings{files};
     MachineSettings machineSettings;
     SystemClock clock;
-    SeededRandom random;
+    /// Of the program's chance, and of the figure's own: what that does when it is left alone takes nothing
+    /// from the other.
+    std::uint64_t seed;
+    SeededRandom random{seed};
     Boxes boxes{loop};
 
-    /// Name of the default character's package, and the folder that it lies in.
+    /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;
-    QString charactersFolder() const { return charactersFolder(characterPackage()); }
-    QString charactersFolder(const std::string& package) const;
+    std::string charactersFolder(const std::string& package) const;
 
     Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent);
 };

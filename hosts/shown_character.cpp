@@ -41,11 +41,11 @@ std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineA
                         const agent::CharacterVoice& character, agent::Post post) {
         return agent::makeVoice(settings, character, std::move(post));
     };
-    options.pick = [&random = machine.random](std::size_t count) {
-        return static_cast<std::size_t>(random.Rnd() * static_cast<double>(count));
+    options.pick = [random = std::make_shared<SeededRandom>(machine.seed)](std::size_t count) {
+        return static_cast<std::size_t>(random->Rnd() * static_cast<double>(count));
     };
-    auto loaded = agent::QtCharacter::load(
-        machine.charactersFolder(), QString::fromStdString(machine.characterPackage()), std::move(options));
+    const std::string package = machine.characterPackage();
+    auto loaded = agent::QtCharacter::load(machine.charactersFolder(package), package, std::move(options));
     if (const auto* reason = std::get_if<std::string>(&loaded)) {
         std::cerr << "velmora: " << *reason << "\n";
         return nullptr;

@@ -17,6 +17,13 @@ DescriptorLines::DescriptorLines(int descriptor)
     });
 }
 
+void DescriptorLines::close() {
+    notifier_.setEnabled(false);
+    atEnd_ = true;
+    buffer_.clear();
+    taken_ = searched_ = 0;
+}
+
 void DescriptorLines::readMore() {
     std::array<char, 65536> block{};
     const ssize_t count = read(descriptor_, block.data(), block.size());

@@ -15,6 +15,8 @@ public:
     explicit DescriptorLines(int descriptor);
 
     std::optional<std::string> next() override;
+    /// Takes no more lines: the input counts as ended.
+    void close();
     bool ended() const override { return atEnd_ && buffer_.size() == taken_; }
 
 private:

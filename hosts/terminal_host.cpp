@@ -9,6 +9,7 @@
 
 #include "agent/qt/package_reader.h"
 #include "hosts/character_windows.h"
+#include "hosts/descriptor_output.h"
 #include "hosts/mirrored_stage.h"
 #include "hosts/shown_character.h"
 #include "hosts/stdin_lines.h"
@@ -28,8 +29,8 @@ namespace {
 
 /// The default character, performing without taking time.
 Actor loadUnseenActor(const Machine& machine) {
-    auto result =
-        agent::readPackage(machine.charactersFolder(), QString::fromStdString(machine.characterPackage()));
+    const std::string package = machine.characterPackage();
+    auto result = agent::readPackage(machine.charactersFolder(package), package);
     if (const auto* reason = std::get_if<std::string>(&result)) {
         std::cerr << "velmora: " << *reason << "\n";
         return {};
@@ -60,10 +61,9 @@ public:
         return {name, std::move(stage)};
     }
     void stopAllAsked() override { stage_->stop(); }  // asked only of a character that is there
-    void propertiesAsked() override { characterWindows_.showOptions(); }
-    void choiceAsked() override { characterWindows_.showChooser(); }
 
     Tray& tray() { return tray_; }
+    AgentObserver& characterWindows() { return characterWindows_; }
 
 private:
     Machine& machine_;
@@ -79,7 +79,9 @@ int runInTerminal(const Options& options, Folders folders) {
     Machine machine(options, std::move(folders));
     const std::unique_ptr<WindowsBeside> windows =
         options.windows ? std::make_unique<WindowsBeside>(machine) : nullptr;
-    LinePrinter printer(std::cout);
+    DescriptorOutput output(STDOUT_FILENO);
+    std::ostream out(&output);
+    LinePrinter printer(out);
     qt::QtShell opener(openWithDesktop);
     TerminalShell shell(printer, options.open ? &opener : nullptr);
     TerminalTray tray(printer, windows ? &windows->tray() : nullptr);
@@ -91,6 +93,7 @@ int runInTerminal(const Options& options, Folders folders) {
     Program program(platform);
     const auto forms = windows ? std::make_unique<qt::QtWindows>(program.forms(), qt::views()) : nullptr;
     DescriptorLines input(STDIN_FILENO);
+    output.onGone = [&input] { input.close(); };  // nobody is there to see what more lines would do
     Terminal terminal({.loop = machine.loop,
                        .forms = program.forms(),
                        .boxes = machine.boxes,
@@ -100,7 +103,10 @@ int runInTerminal(const Options& options, Folders folders) {
                        .shell = shell,
                        .input = input,
                        .printer = printer});
-    if (windows) agent.add(*windows);
+    if (windows) {
+        agent.add(*windows);
+        agent.add(windows->characterWindows());
+    }
 
     program.start();
     machine.loop.run();

@@ -1,6 +1,7 @@
 #include "platform/boxes.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace velmora {
 
@@ -45,7 +46,10 @@ std::optional<std::string> Boxes::saveFile(const std::string& title, const std::
     box.title = title;
     box.filter = filter;
     box.extension = extension;
-    return ask(std::move(box))->path;
+    auto path = ask(std::move(box))->path;
+    if (path && !extension.empty() && std::filesystem::path(*path).extension().empty())
+        *path += "." + extension;
+    return path;
 }
 
 std::shared_ptr<Box> Boxes::newest() const {

@@ -19,8 +19,8 @@ public:
     virtual BoxAnswer MsgBox(const std::string& text, const std::string& title, BoxIcon icon = BoxIcon::none,
                              BoxButtons buttons = BoxButtons::ok) = 0;
 
-    /// The path of an existing file; nothing if the person cancels. `filter`: pairs of description and
-    /// pattern, each ended by a NUL.
+    /// The path of the chosen file, which may be gone by the time it is used; nothing if the person cancels.
+    /// `filter`: pairs of description and pattern, each ended by a NUL.
     virtual std::optional<std::string> openFile(const std::string& title, const std::string& filter) = 0;
 
     /// The path of a file to write, with the extension added if the person gave none.

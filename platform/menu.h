@@ -26,7 +26,8 @@ public:
     Menu(Form& form, std::string_view name, const Design& design, std::optional<int> index);
 
     /// An entry at the end of `parent`.
-    Menu(Form& form, Menu& parent, std::string_view name, const Design& design, std::optional<int> index = {});
+    Menu(Form& form, Menu& parent, std::string_view name, const Design& design,
+         std::optional<int> index = {});
     template <std::derived_from<Form> F>
     Menu(F& form, Menu& parent, std::string_view name, const Design& design, void (F::*handler)())
         : Menu(static_cast<Form&>(form), parent, name, design) {

@@ -1,10 +1,11 @@
 #include "agent/qt/package_reader.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QXmlStreamReader>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
 #include <utility>
 
 #include "agent/qt/rig_reader.h"
@@ -12,24 +13,45 @@
 namespace agent {
 namespace {
 
-constexpr qint64 largestFile = 4'000'000;
+namespace fs = std::filesystem;
 
-bool isPlainName(const QString& name) {
-    return !name.isEmpty() && !name.startsWith(u'.') && !name.contains(u'/') && !name.contains(u'\\') &&
-           !name.contains(QChar(u'\0'));
+constexpr qsizetype largestFile = 4'000'000;
+
+bool isPlainName(const std::string& name) {
+    return !name.empty() && name.front() != '.' &&
+           name.find_first_of(std::string_view("/\\\0", 3)) == std::string::npos;
 }
 
-QByteArray readFile(const QDir& folder, const QString& name) {
-    if (!isPlainName(name)) throw BadPackage(QStringLiteral("\"%1\" is no file name").arg(name));
-    const QString path = folder.filePath(name);
-    QFile file(path);
+QByteArray readFile(const fs::path& folder, const std::string& name) {
+    const QString shown = QString::fromStdString(name);
+    if (!isPlainName(name)) throw BadPackage(QStringLiteral("\"%1\" is no file name").arg(shown));
+    const fs::path path = folder / name;
+    std::error_code error;
     // A pipe or device would be read for ever.
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
-        throw BadPackage(QStringLiteral("%1 can't be read").arg(name));
-    }
-    QByteArray bytes = file.read(largestFile + 1);
-    if (bytes.size() > largestFile) throw BadPackage(QStringLiteral("%1 is too large").arg(name));
+    std::ifstream file;
+    if (fs::is_regular_file(path, error)) file.open(path, std::ios::binary);
+    if (!file.is_open()) throw BadPackage(QStringLiteral("%1 can't be read").arg(shown));
+    QByteArray bytes(largestFile + 1, Qt::Uninitialized);
+    file.read(bytes.data(), bytes.size());
+    bytes.truncate(static_cast<qsizetype>(file.gcount()));
+    if (bytes.size() > largestFile) throw BadPackage(QStringLiteral("%1 is too large").arg(shown));
     return bytes;
+}
+
+// Art is all that a figure needs, by itself: references to itself can unfold without end, and those to files
+// can be any file of the machine.
+void refuseReferences(const QByteArray& art) {
+    QXmlStreamReader reader(art);
+    while (!reader.atEnd()) {
+        if (reader.readNext() != QXmlStreamReader::StartElement) continue;
+        if (reader.name() == u"use") throw BadPackage(QStringLiteral("the art has a \"use\" element"));
+        if (reader.name() != u"image") continue;
+        for (const QXmlStreamAttribute& attribute : reader.attributes()) {
+            if (attribute.name() == u"href" && !attribute.value().startsWith(u"data:")) {
+                throw BadPackage(QStringLiteral("the art has an image that lies outside it"));
+            }
+        }
+    }
 }
 
 // Colours of the art, "#rrggbb", in place of which others stand.
@@ -49,9 +71,9 @@ QByteArray recolour(const QByteArray& art, const QJsonObject& palette) {
     return result;
 }
 
-Package read(const QDir& folder) {
+Package read(const fs::path& folder) {
     QJsonParseError error;
-    const auto document = QJsonDocument::fromJson(readFile(folder, QStringLiteral("character.json")), &error);
+    const auto document = QJsonDocument::fromJson(readFile(folder, "character.json"), &error);
     if (!document.isObject()) {
         throw BadPackage(QStringLiteral("character.json: %1 at byte %2")
                              .arg(error.error == QJsonParseError::NoError ? QStringLiteral("no object")
@@ -61,24 +83,28 @@ Package read(const QDir& folder) {
     const QJsonObject root = document.object();
     Package package;
     package.rig = readRig(root);
-    const QByteArray art = readFile(folder, root.value(u"art").toString());
+    const QByteArray art = readFile(folder, root.value(u"art").toString().toStdString());
     // Compressed art could unfold to any size.
     if (art.startsWith("\x1f\x8b")) throw BadPackage(QStringLiteral("the art is compressed"));
+    refuseReferences(art);
     package.art = recolour(art, root.value(u"palette").toObject());
     return package;
 }
 
 }  // namespace
 
-PackageResult readPackage(const QString& root, const QString& name) {
+PackageResult readPackage(const std::string& root, const std::string& name) {
     try {
         if (!isPlainName(name)) throw BadPackage(QStringLiteral("that is no name of a character"));
-        const QDir folder(QDir(root).filePath(name));
-        if (!folder.exists()) throw BadPackage(QStringLiteral("there is no folder %1").arg(folder.path()));
+        const fs::path folder = fs::path(root) / name;
+        std::error_code error;
+        if (!fs::is_directory(folder, error)) {
+            throw BadPackage(
+                QStringLiteral("there is no folder %1").arg(QString::fromStdString(folder.string())));
+        }
         return read(folder);
     } catch (const BadPackage& bad) {
-        return "The character \"" + name.toStdString() + "\" can't be loaded: " + bad.reason.toStdString() +
-               ".";
+        return "The character \"" + name + "\" can't be loaded: " + bad.reason.toStdString() + ".";
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
 #include <optional>
 #include <string>
 #include <variant>
@@ -21,6 +20,6 @@ using PackageResult = std::variant<Package, std::string>;
 
 /// Reads the package `name` below `root`. A name that is not plainly that of a folder ("..", "a/b") is
 /// refused, and so is whatever is missing, broken, or beyond what a figure can need.
-PackageResult readPackage(const QString& root, const QString& name);
+PackageResult readPackage(const std::string& root, const std::string& name);
 
 }  // namespace agent

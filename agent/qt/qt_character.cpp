@@ -36,13 +36,13 @@ Post postTo(QObject& context) {
     };
 }
 
-QtCharacter::Loaded QtCharacter::load(const QString& root, const QString& name, Options options) {
+QtCharacter::Loaded QtCharacter::load(const std::string& root, const std::string& name, Options options) {
     auto read = readPackage(root, name);
     if (auto* reason = std::get_if<std::string>(&read)) return std::move(*reason);
     auto& package = std::get<Package>(read);
     std::string reason;
     auto art = PartArt::load(package.art, package.rig, reason);
-    if (!art) return "The character \"" + package.rig.name + "\" can't be loaded: " + reason + ".";
+    if (!art) return "The character \"" + name + "\" can't be loaded: " + reason + ".";
     options.scale = std::clamp(options.scale, 0.25, 4.0);
     if (!options.pick) options.pick = [](std::size_t) { return std::size_t{0}; };
     return std::unique_ptr<QtCharacter>(

@@ -45,7 +45,7 @@ public:
     using Loaded = std::variant<std::unique_ptr<QtCharacter>, std::string>;
 
     /// Loads the package `name` below the folder `root`. The figure begins hidden.
-    static Loaded load(const QString& root, const QString& name, Options options);
+    static Loaded load(const std::string& root, const std::string& name, Options options);
 
     ~QtCharacter() override;
 

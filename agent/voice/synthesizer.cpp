@@ -18,7 +18,8 @@ constexpr int longestSeconds = 120;
 
 // The library is one per process, and so is this lock.
 std::mutex& libraryMutex() {
-    static std::mutex mutex;
+    static auto& mutex =
+        *new std::mutex;  // never destroyed: a voice that is still busy at the end may hold it
     return mutex;
 }
 

@@ -4,6 +4,8 @@
 #include <array>
 #include <ostream>
 
+#include "agent/bytes.h"
+
 namespace velmora {
 namespace {
 
@@ -81,7 +83,7 @@ void LinePrinter::printAll(const Fields& fields) {
     std::string line;
     for (const auto& field : fields) {
         if (!line.empty()) line += '\t';
-        line += escapeField(field);
+        line += escapeField(agent::toUtf8(field));
     }
     line += '\n';
     out_.write(line.data(), static_cast<std::streamsize>(line.size())).flush();

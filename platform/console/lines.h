@@ -21,7 +21,7 @@ std::vector<std::string> splitFields(std::string_view line, std::size_t atMost);
 /// The first field of a line, which says what the line does.
 std::string_view firstField(std::string_view line);
 
-/// Prints lines; each goes out at once.
+/// Prints lines in UTF-8 (a field that is no UTF-8 is read as Windows-1252); each goes out at once.
 class LinePrinter {
 public:
     explicit LinePrinter(std::ostream& out) : out_(out) {}

@@ -9,7 +9,7 @@ namespace velmora {
 namespace {
 
 std::string_view stateName(const Form& form) {
-    if (!form.alive()) return "unloaded";
+    if (form.state() == FormState::unloaded || form.state() == FormState::loading) return "unloaded";
     if (form.windowState() == WindowStates::minimised) return "minimised";
     return form.visible() ? "shown" : "loaded";
 }
@@ -188,7 +188,9 @@ void Terminal::listMenus(const Fields&) {
 }
 
 void Terminal::close(const Fields& fields) {
-    addresses_.loadedForm(fields[1]).close();
+    Form& form = addresses_.loadedForm(fields[1]);
+    require(form.state() == FormState::loaded, fields[1]);
+    form.close();
 }
 
 void Terminal::answer(const Fields& fields) {
@@ -201,6 +203,7 @@ void Terminal::answer(const Fields& fields) {
 void Terminal::pick(const Fields& fields) {
     const auto box = needs_.boxes.newest();
     if (!box || box->kind == Box::Kind::message) throw LineError("no file dialog is open");
+    if (fields[1].empty()) throw LineError("no path was picked");
     box->reply(fields[1]);
 }
 

@@ -1,6 +1,5 @@
 #include "platform/engine/engine_agent.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "agent/speech_text.h"
@@ -140,12 +139,10 @@ bool EngineAgent::visible() const {
 void EngineAgent::setPropertySheetVisible(bool visible) {
     if (!visible) return;
     tell([](AgentObserver& observer) { observer.propertiesAsked(); });
-    needs_.showProperties();
 }
 
 void EngineAgent::ShowDefaultCharacterProperties() {
     tell([](AgentObserver& observer) { observer.choiceAsked(); });
-    needs_.chooseDefault();
 }
 
 void EngineAgent::clicked(const AgentClick& click) {

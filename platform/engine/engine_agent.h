@@ -27,8 +27,6 @@ public:
         Random& random;  ///< picks among the alternatives of a spoken text
         std::function<Actor(EngineAgent&)>
             load;  ///< the default character; an actor without a stage: there is none
-        std::function<void()> showProperties = [] {};
-        std::function<void()> chooseDefault = [] {};
     };
     explicit EngineAgent(Needs needs);
     ~EngineAgent() override;

@@ -23,12 +23,14 @@ void FormWindow::reject() {
 
 void FormWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
-    if (onClose) onClose();
+    const auto told = onClose;  // the call may take this window down, and what it was told with it
+    if (told) told();
 }
 
 void FormWindow::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange && onMinimise) onMinimise(isMinimized());
+    const auto told = onMinimise;
+    if (event->type() == QEvent::WindowStateChange && told) told(isMinimized());
 }
 
 }  // namespace velmora::qt

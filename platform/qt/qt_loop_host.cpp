@@ -51,11 +51,6 @@ void QtLoopHost::serve(std::optional<milliseconds> atMost) {
     alarm_.stop();
 }
 
-void QtLoopHost::wake() {
-    QMetaObject::invokeMethod(
-        &bell_, [] {}, Qt::QueuedConnection);
-}
-
 void QtLoopHost::postFromThread(std::function<void()> call) {
     QMetaObject::invokeMethod(
         &bell_,

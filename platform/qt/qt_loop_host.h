@@ -27,9 +27,6 @@ public:
     /// Objects given to `deleteLater` go here, and only while no turn is under way.
     void serve(std::optional<std::chrono::milliseconds> atMost) override;
 
-    /// Ends a wait for events. From any thread.
-    void wake();
-
     /// Runs the call in the program's thread, as if it had been given to `Loop::post` there. From any thread;
     /// calls keep the order of one thread. One that has not arrived when the host goes is dropped.
     void postFromThread(std::function<void()> call);

@@ -38,8 +38,8 @@ protected:
     }
 
     // Why the character can't be loaded; empty if it can.
-    std::string reason(const QString& name = QStringLiteral("Stick")) {
-        auto read = readPackage(root.path(), name);
+    std::string reason(const std::string& name = "Stick") {
+        auto read = readPackage(root.path().toStdString(), name);
         if (const auto* why = std::get_if<std::string>(&read)) return *why;
         auto& package = std::get<Package>(read);
         std::string why;
@@ -58,7 +58,7 @@ protected:
 
 TEST_F(PackageTest, ReadsACharacterInOtherColours) {
     ASSERT_EQ(reason(), "");
-    const auto package = std::get<Package>(readPackage(root.path(), QStringLiteral("Stick")));
+    const auto package = std::get<Package>(readPackage(root.path().toStdString(), "Stick"));
     const Pose& last = package.rig.clip("wave")->keys.back().pose;
     EXPECT_EQ(last[0][Channel::y], -5);
     EXPECT_EQ(last[0][Channel::rot], 90);
@@ -72,7 +72,7 @@ TEST_F(PackageTest, ReadsACharacterInOtherColours) {
 
 TEST_F(PackageTest, RefusesNamesThatReachOutOfTheFolder) {
     for (const char* name : {"", ".", "..", "../Stick", "Stick/../Stick", "/etc", "a\\b", "Missing"}) {
-        EXPECT_NE(reason(QString::fromLatin1(name)), "") << name;
+        EXPECT_NE(reason(name), "") << name;
     }
 }
 
@@ -133,8 +133,20 @@ TEST_F(PackageTest, NoCutOfADescriptionDoesHarm) {
     }
 }
 
+TEST_F(PackageTest, RefusesArtThatUnfoldsOrReachesForOtherFiles) {
+    for (const char* inside : {"<g id=\"a\"><rect/></g><use xlink:href=\"#a\"/>",
+                               "<image xlink:href=\"/dev/zero\"/>", "<image href=\"other.svg\"/>"}) {
+        write(QStringLiteral("stick.svg"),
+              QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                         "xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"50\" "
+                         "height=\"50\"><rect id=\"stick\" width=\"9\" height=\"9\"/>") +
+                  inside + "</svg>");
+        EXPECT_NE(reason(), "") << inside;
+    }
+}
+
 TEST(Merlin, HasTheAnimationsThatTheProgramPlaysAndTheyStayInTheirFrame) {
-    auto read = readPackage(shipped(), QStringLiteral("Merlin"));
+    auto read = readPackage(shipped().toStdString(), "Merlin");
     ASSERT_TRUE(std::holds_alternative<Package>(read)) << std::get<std::string>(read);
     const auto& package = std::get<Package>(read);
     std::string why;

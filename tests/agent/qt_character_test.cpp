@@ -37,7 +37,7 @@ class QtCharacterTest : public testing::Test {
 protected:
     void SetUp() override {
         auto loaded =
-            QtCharacter::load(QStringLiteral(CHARACTERS), QStringLiteral("Merlin"),
+            QtCharacter::load(CHARACTERS, "Merlin",
                               {.scale = 0.5,
                                .voice = [this](const CharacterVoice&,
                                                const Post&) { return std::make_unique<FakeVoice>(voice); },

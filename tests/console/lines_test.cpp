@@ -36,9 +36,10 @@ TEST(Lines, PrintedFieldsAreEscapedAndAMutedPrinterIsSilent) {
     std::ostringstream out;
     LinePrinter printer(out);
     printer.print({"box", "", "two\nlines"});
+    printer.print({"speak", "Andr\xe9", "Andr\xc3\xa9"});
     printer.mute();
     printer.print({"never"});
-    EXPECT_EQ(out.str(), "box\t\ttwo\\nlines\n");
+    EXPECT_EQ(out.str(), "box\t\ttwo\\nlines\nspeak\tAndr\xc3\xa9\tAndr\xc3\xa9\n");
 }
 
 }  // namespace

@@ -183,6 +183,37 @@ TEST_F(TerminalTest, BrokenCharacterGivesTheStartUpBoxAndAProgramThatCanBeLeft) 
     }
 }
 
+TEST_F(TerminalTest, WhatIsNoFolderIsRefusedAndLeftAsItIs) {
+    folder.write("file", "mine");
+    TerminalSession session(folder.file("file"));
+    EXPECT_THAT(session.finishInput(), IsEmpty());
+    EXPECT_EQ(session.exitStatus(), 1);
+    EXPECT_EQ(folder.read("file"), "mine");
+}
+
+TEST_F(TerminalTest, CharacterFolderWithoutACharacterInItIsNotUsed) {
+    profile("Ann");
+    fs::create_directories(folder.file("characters/Merlin"));
+    TerminalSession session(folder.path());
+    EXPECT_THAT(session.readAnswer(), Contains("character Merlin"));
+}
+
+TEST_F(TerminalTest, NamesInAnyEncodingAreFoundAndPrintedInUtf8) {
+    profile("Andr\xe9");
+    folder.write("platform.conf", "[Character]\nDefault=M\xe9rlin\n");
+    fs::create_directories(folder.file("characters"));
+    const std::string shipped = VELMORA_DATA "/characters/Merlin";
+    fs::copy(shipped, folder.file("characters/M\xe9rlin"));
+    TerminalSession session(folder.path(), {"--clock", morning});
+    EXPECT_THAT(session.readAnswer(), Contains("speak Morning Andr\xc3\xa9. Morning Andr\xc3\xa9."));
+}
+
+TEST_F(TerminalTest, WindowsThatCanNotBeShownAreOneSentence) {
+    TerminalSession session(folder.path(), {"--windows"});
+    EXPECT_THAT(session.finishInput(), IsEmpty());
+    EXPECT_EQ(session.exitStatus(), 1);
+}
+
 TEST_F(TerminalTest, WrongOptionsPrintTheUsageAndExitWithTwo) {
     for (const std::vector<std::string>& options : {std::vector<std::string>{"--nonsense"},
                                                     {"--clock", "soon"},

@@ -105,6 +105,13 @@ TEST_F(LoopTest, SkippedTimeRunsWhatFallsDueInItAndWhatThatPosts) {
     EXPECT_TRUE(host.sleeps.empty());
 }
 
+TEST_F(LoopTest, SkipInsideASkipTakesNothingFromTheRestOfIt) {
+    LoopTimer timer(loop, [&] { loop.skip(milliseconds(5000)); });
+    timer.startOnce(milliseconds(1000));
+    loop.skip(milliseconds(3000));
+    EXPECT_EQ(loop.now(), milliseconds(8000));
+}
+
 TEST_F(LoopTest, EndOfTheProgramUnwindsEveryWaitAndNoHandlerHoldsItUp) {
     bool wentOn = false;
     loop.post([&] {
