@@ -53,5 +53,5 @@ function(velmora_test name)
     velmora_executable(${name} SOURCES ${ARG_SOURCES} LINK ${ARG_LINK} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
         PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 120
-        ENVIRONMENT "${ARG_ENVIRONMENT};LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.supp:print_suppressions=0")
+        ENVIRONMENT "${ARG_ENVIRONMENT};LSAN_OPTIONS=suppressions='${CMAKE_SOURCE_DIR}/tests/support/leaks.supp':print_suppressions=0")
 endfunction()
