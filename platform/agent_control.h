@@ -17,10 +17,27 @@ public:
 };
 using Request = std::shared_ptr<const AgentRequest>;
 
+/// Something that the character can be asked for by name or by voice.
+struct AgentCommand {
+    const std::string Name;           ///< its key in the collection, case and all
+    const std::string Caption;        ///< in the character's list of commands
+    const std::string Voice;          ///< the grammar of what may be said for it
+    bool Enabled = true;              ///< a disabled command is not heard
+    bool Visible = true;              ///< whether the list shows it; a hidden one can be spoken all the same
+    int Confidence = 0;               ///< the score that it asks for, -100 to 100
+    std::string ConfidenceText = {};  ///< the tip for a recognition below that
+};
+
 /// The commands that the character knows.
 class AgentCommands {
 public:
     virtual ~AgentCommands() = default;
+    /// Fails with 457 if there is a command of that name.
+    virtual void Add(const std::string& name, const std::string& caption, const std::string& voice,
+                     bool enabled, bool visible) = 0;
+    /// The command, which stays in its place as long as the collection. Fails with 91 if there is none.
+    virtual AgentCommand& Item(std::string_view name) = 0;
+    virtual void setVisible(bool visible) = 0;
     virtual void setCaption(const std::string& caption) = 0;
     virtual void setVoice(const std::string& voice) = 0;
 };
@@ -59,6 +76,13 @@ public:
     virtual AgentCommands& Commands() = 0;
 };
 
+/// A command that a person has picked or spoken.
+struct AgentUserInput {
+    std::string Name;    ///< of the command, empty if none was recognised
+    std::string Voice;   ///< the words as they were heard
+    int Confidence = 0;  ///< how sure the recognition is, -100 to 100; 0 for a pick from the list
+};
+
 /// What a mouse did on the character: button 1 is the left one, 2 the right one; x and y are pixels on the
 /// screen.
 struct AgentClick {
@@ -86,6 +110,7 @@ public:
     /// The dialog that chooses the default character; the choice tells at the next start.
     virtual void ShowDefaultCharacterProperties() = 0;
 
+    std::function<void(const AgentUserInput&)> Command;
     std::function<void(const Request&)> RequestComplete;
     std::function<void(const AgentClick&)> Click;
     std::function<void(const AgentClick&)> DblClick;

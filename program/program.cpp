@@ -1,5 +1,9 @@
 #include "program/program.h"
 
+#include <algorithm>
+
+#include "character/vocabulary.h"
+
 namespace velmora {
 
 Program::Program(Platform& platform)
@@ -34,6 +38,13 @@ Program::Program(Platform& platform)
                   .mnuHide = main_.mnuHide,
                   .UnloadForms = [this] { startUp_.UnloadForms(); },
                   .popUpMainMenu = [this] { main_.PopupMenu(main_.MnuMain); }}),
+      dispatch_({.AgentCtrl = platform.agent,
+                 .host = character_,
+                 .dialogs = platform.dialogs,
+                 .lists = launchLists_,
+                 .Execute = [this](const std::string& file) { Execute(file); },
+                 .popUp = [this](std::string_view menu) { popUp(menu); },
+                 .bringUpMain = [this] { bringUpMain(); }}),
       startUp_(IniFile_, {.application = platform.application,
                           .settings = settings_,
                           .forms = forms_,
@@ -43,6 +54,9 @@ Program::Program(Platform& platform)
                           .SetAgent = [this] { character_.SetAgent(); },
                           .releaseWordApp = {}}) {
     main_.steps.clearRequests = [this] { character_.clearRequests(); };
+    character_.steps.InitCommands = [this] {
+        passOver([this] { InitCommands(character_.Character->Commands(), launchLists_); });
+    };
 }
 
 void Program::start() {
@@ -51,6 +65,16 @@ void Program::start() {
 
 void Program::Execute(const std::string& file) {
     platform_.shell.open(file, {});
+}
+
+void Program::popUp(std::string_view menu) {
+    const auto found = std::ranges::find(main_.menus(), menu, &Menu::name);
+    if (found != main_.menus().end()) main_.PopupMenu(**found);
+}
+
+void Program::bringUpMain() {
+    main_.setWindowState(WindowStates::normal);
+    main_.Show();
 }
 
 }  // namespace velmora

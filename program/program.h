@@ -1,8 +1,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "character/character.h"
+#include "character/dispatch.h"
+#include "character/launch_lists.h"
 #include "core/frm_login.h"
 #include "core/frm_main.h"
 #include "core/frm_splash.h"
@@ -28,11 +31,16 @@ public:
 
     Forms& forms() { return forms_; }
     CharacterHost& character() { return character_; }
+    CommandDispatch& dispatch() { return dispatch_; }
+    /// What the user has put into the lists of programs and sites.
+    LaunchLists& launchLists() { return launchLists_; }
     FrmMain& main() { return main_; }
     frmLogin& login() { return login_; }
 
 private:
     void Execute(const std::string& file);
+    void popUp(std::string_view menu);
+    void bringUpMain();
 
     Platform& platform_;
     Forms forms_;
@@ -42,6 +50,8 @@ private:
     frmLogin login_;
     FrmMain main_;
     CharacterHost character_;
+    LaunchLists launchLists_;
+    CommandDispatch dispatch_;
     StartUp startUp_;
 };
 

@@ -79,6 +79,10 @@ void Reporter::listenAsked(bool on) {
     printer_.print({"listen", on ? "on" : "off"});
 }
 
+void Reporter::heard(const std::string& words, const std::string& command, int confidence) {
+    printer_.print({"heard", words, command, std::to_string(confidence)});
+}
+
 void Reporter::propertiesAsked() {
     printer_.print({"properties"});
 }

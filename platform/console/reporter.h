@@ -31,6 +31,7 @@ public:
     void moveAsked(int x, int y) override;
     void stopAllAsked() override;
     void listenAsked(bool on) override;
+    void heard(const std::string& words, const std::string& command, int confidence) override;
     void propertiesAsked() override;
     void choiceAsked() override;
 

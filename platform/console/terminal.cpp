@@ -36,16 +36,29 @@ void require(bool possible, const std::string& name) {
 
 const std::vector<Terminal::Command>& Terminal::commands() {
     static const std::vector<Command> table{
-        {"menu", 2, 2, &Terminal::menu},        {"agent", 2, 2, &Terminal::mouseOnCharacter},
-        {"tray", 2, 2, &Terminal::mouseOnTray}, {"click", 2, 2, &Terminal::click},
-        {"set", 2, 3, &Terminal::type},         {"select", 3, 3, &Terminal::select},
-        {"get", 2, 2, &Terminal::get},          {"rows", 2, 2, &Terminal::rows},
-        {"forms", 1, 1, &Terminal::listForms},  {"controls", 2, 2, &Terminal::listControls},
-        {"menus", 1, 1, &Terminal::listMenus},  {"close", 2, 2, &Terminal::close},
-        {"answer", 2, 2, &Terminal::answer},    {"pick", 2, 2, &Terminal::pick},
-        {"cancel", 1, 1, &Terminal::cancel},    {"clipboard", 1, 2, &Terminal::clipboard},
-        {"pointer", 4, 4, &Terminal::point},    {"wait", 2, 2, &Terminal::wait},
-        {"skip", 2, 2, &Terminal::skip},        {"quit", 1, 1, &Terminal::quit},
+        {"menu", 2, 2, &Terminal::menu},
+        {"agent", 2, 2, &Terminal::mouseOnCharacter},
+        {"tray", 2, 2, &Terminal::mouseOnTray},
+        {"click", 2, 2, &Terminal::click},
+        {"set", 2, 3, &Terminal::type},
+        {"select", 3, 3, &Terminal::select},
+        {"get", 2, 2, &Terminal::get},
+        {"rows", 2, 2, &Terminal::rows},
+        {"forms", 1, 1, &Terminal::listForms},
+        {"controls", 2, 2, &Terminal::listControls},
+        {"menus", 1, 1, &Terminal::listMenus},
+        {"close", 2, 2, &Terminal::close},
+        {"answer", 2, 2, &Terminal::answer},
+        {"pick", 2, 2, &Terminal::pick},
+        {"cancel", 1, 1, &Terminal::cancel},
+        {"clipboard", 1, 2, &Terminal::clipboard},
+        {"pointer", 4, 4, &Terminal::point},
+        {"wait", 2, 2, &Terminal::wait},
+        {"skip", 2, 2, &Terminal::skip},
+        {"quit", 1, 1, &Terminal::quit},
+        {"say", 2, 2, &Terminal::say},
+        {"command", 2, 3, &Terminal::command},
+        {"commands", 1, 1, &Terminal::listCommands},
     };
     return table;
 }
@@ -159,6 +172,27 @@ void Terminal::rows(const Fields& fields) {
                     listed.Icon == 0 ? std::string() : std::to_string(listed.Icon)};
         line.insert(line.end(), listed.SubItems.begin(), listed.SubItems.end());
         row(line);
+    }
+    needs_.printer.print({"end"});
+}
+
+void Terminal::say(const Fields& fields) {
+    require(needs_.agent.commands(), "the character");
+    needs_.agent.say(fields[1]);
+}
+
+void Terminal::command(const Fields& fields) {
+    require(needs_.agent.commands(), "the character");
+    const int confidence = fields.size() > 2 ? number(fields[2]) : 0;
+    needs_.agent.commanded({.Name = fields[1], .Voice = {}, .Confidence = confidence});
+}
+
+void Terminal::listCommands(const Fields&) {
+    if (const CommandCollection* commands = needs_.agent.commands()) {
+        for (const AgentCommand& command : commands->all()) {
+            row({command.Name, command.Caption, command.Voice, propertyText(command.Enabled),
+                 propertyText(command.Visible), std::to_string(command.Confidence)});
+        }
     }
     needs_.printer.print({"end"});
 }

@@ -70,6 +70,9 @@ private:
     void select(const Fields& fields);
     void get(const Fields& fields);
     void rows(const Fields& fields);
+    void say(const Fields& fields);
+    void command(const Fields& fields);
+    void listCommands(const Fields& fields);
     void listForms(const Fields& fields);
     void listControls(const Fields& fields);
     void listMenus(const Fields& fields);

@@ -19,6 +19,9 @@ public:
     virtual void moveAsked(int /*x*/, int /*y*/) {}
     virtual void stopAllAsked() {}
     virtual void listenAsked(bool /*on*/) {}
+    /// What a recognition made of the words, before the character's program is told: `command` is empty if
+    /// nothing fits.
+    virtual void heard(const std::string& /*words*/, const std::string& /*command*/, int /*confidence*/) {}
     virtual void propertiesAsked() {}
     virtual void choiceAsked() {}
 };

@@ -19,7 +19,7 @@ private:
 
 }  // namespace
 
-class EngineAgent::Character : public AgentCharacter, private AgentCommands {
+class EngineAgent::Character : public AgentCharacter {
 public:
     Character(EngineAgent& server, Actor actor)
         : server_(server),
@@ -81,15 +81,12 @@ public:
         queue();
         server_.tell([on](AgentObserver& observer) { observer.listenAsked(on); });
     }
-    AgentCommands& Commands() override {
+    CommandCollection& Commands() override {
         queue();
-        return *this;
+        return commands_;
     }
 
 private:
-    void setCaption(const std::string&) override {}
-    void setVoice(const std::string&) override {}
-
     agent::RequestQueue& queue() const {
         if (!queue_) throw Failure(errors::objectNotSet);
         return *queue_;
@@ -104,6 +101,7 @@ private:
     EngineAgent& server_;
     Actor actor_;
     std::unique_ptr<agent::RequestQueue> queue_;
+    CommandCollection commands_;
 };
 
 EngineAgent::EngineAgent(Needs needs) : needs_(std::move(needs)) {}
@@ -132,6 +130,10 @@ void EngineAgent::CharactersUnload(const std::string& id) {
     id_.clear();
 }
 
+const CommandCollection* EngineAgent::commands() const {
+    return id_.empty() ? nullptr : &character_->Commands();
+}
+
 bool EngineAgent::visible() const {
     return !id_.empty() && character_->Visible();
 }
@@ -154,6 +156,20 @@ void EngineAgent::clicked(const AgentClick& click) {
 void EngineAgent::doubleClicked(const AgentClick& click) {
     needs_.loop.turn([&] {
         if (DblClick) DblClick(click);
+    });
+}
+
+void EngineAgent::say(const std::string& words) {
+    if (id_.empty()) throw Failure(errors::objectNotSet);
+    auto heard = character_->Commands().hear(words);
+    const AgentUserInput input{std::move(heard.name), words, heard.confidence};
+    tell([&input](AgentObserver& observer) { observer.heard(input.Voice, input.Name, input.Confidence); });
+    commanded(input);
+}
+
+void EngineAgent::commanded(const AgentUserInput& input) {
+    needs_.loop.turn([&] {
+        if (Command) Command(input);
     });
 }
 

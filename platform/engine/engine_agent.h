@@ -8,6 +8,7 @@
 #include "agent/request_queue.h"
 #include "platform/agent_control.h"
 #include "platform/engine/agent_observer.h"
+#include "platform/engine/command_collection.h"
 #include "platform/loop.h"
 #include "platform/random.h"
 
@@ -40,12 +41,21 @@ public:
     void setPropertySheetVisible(bool visible) override;
     void ShowDefaultCharacterProperties() override;
 
+    /// The loaded character's commands; nullptr if none is loaded.
+    const CommandCollection* commands() const;
+
     /// Whether a character is loaded and on the screen.
     bool visible() const;
 
     /// A mouse on the character; each in a turn of its own.
     void clicked(const AgentClick& click);
     void doubleClicked(const AgentClick& click);
+
+    /// What a microphone has heard: looks for the command, tells the observers, and raises `Command` in a
+    /// turn of its own, also for words that fit no command. Fails with 91 if no character is loaded.
+    void say(const std::string& words);
+    /// Raises `Command` in a turn of its own, as if a person had picked or said it.
+    void commanded(const AgentUserInput& input);
 
 private:
     class Character;

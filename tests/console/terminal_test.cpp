@@ -15,6 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::Not;
+using testing::SizeIs;
 using testing::StartsWith;
 
 constexpr const char* morning = "2026-03-05 09:05:58";
@@ -99,6 +100,35 @@ TEST_F(TerminalTest, WhatAPersonCouldNotDoIsAnErrorAndChangesNothing) {
     }
     EXPECT_THAT(session.send("forms"), ElementsAre("row FrmSplash unloaded", "row frmLogin unloaded",
                                                    "row FrmMain loaded", "end", "ok"));
+}
+
+TEST_F(TerminalTest, CommandsAreListedSaidAndPicked) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    const auto rows = session.send("commands");
+    EXPECT_THAT(rows, SizeIs(28 + 2));
+    EXPECT_EQ(rows.front(), "row General General [...]general[...] True True -60");
+    EXPECT_EQ(rows[5], "row ACO aco [open|show]a c o True False 0");
+    EXPECT_THAT(session.send("say Please show  GENERAL menu"),
+                ElementsAre("heard Please show  GENERAL menu General 85", "popup FrmMain.mnuGeneral", "ok"));
+    EXPECT_THAT(
+        session.send("say mumble"),
+        ElementsAre("heard mumble  -100", "listen off", "play DontRecognize", StartsWith("speak Huh?|"),
+                    "speak Better try that again. Better try that again.", "ok"));
+    EXPECT_THAT(session.send("command ChangeAgent"), ElementsAre("choose", "ok"));
+    EXPECT_THAT(session.send("command ChangeAgent -60"), Contains("listen off"));
+    EXPECT_THAT(session.send("command\tMy Office\t-59"), Not(Contains("listen off")));
+    for (const char* line : {"say", "command", "command My Office", "command\tTip\t1\t2", "commands all"})
+        EXPECT_THAT(session.send(line), ElementsAre(StartsWith("error "))) << line;
+}
+
+TEST_F(TerminalTest, NothingIsHeardBeforeThereIsACharacter) {
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    for (const char* line : {"say general", "command General"})
+        EXPECT_THAT(session.send(line), ElementsAre(StartsWith("error "))) << line;
+    EXPECT_THAT(session.send("commands"), ElementsAre("end", "ok"));
 }
 
 TEST_F(TerminalTest, HiddenCharacterCanNotBeClicked) {

@@ -150,6 +150,14 @@ void SimulatedProgram::clickTray(int button) {
     run([&](Program&) { button == 1 ? tray_.onClick() : tray_.onRightClick(); });
 }
 
+void SimulatedProgram::say(const std::string& words) {
+    run([&](Program&) { agent_.say(words); });
+}
+
+void SimulatedProgram::command(const std::string& name, int confidence) {
+    run([&](Program&) { agent_.commanded({.Name = name, .Voice = {}, .Confidence = confidence}); });
+}
+
 void SimulatedProgram::close(const std::string& form) {
     run([&](Program& program) { Addresses(program.forms()).loadedForm(form).close(); });
 }

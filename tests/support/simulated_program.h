@@ -51,6 +51,10 @@ public:
     void clickCharacter(int button);
     void doubleClickCharacter(int button);
     void clickTray(int button);
+    /// What a microphone would have heard.
+    void say(const std::string& words);
+    /// A command as it would come from a recognition, or with 0 from the character's list.
+    void command(const std::string& name, int confidence = 0);
     void close(const std::string& form);
     /// Answers the newest box that waits.
     void answer(BoxAnswer answer);
