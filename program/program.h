@@ -3,6 +3,7 @@
 #include <string>
 
 #include "character/character.h"
+#include "core/frm_about.h"
 #include "core/frm_login.h"
 #include "core/frm_main.h"
 #include "core/frm_splash.h"
@@ -40,6 +41,7 @@ private:
     std::string IniFile_;
     FrmSplash splash_;
     frmLogin login_;
+    frmAbout about_;
     FrmMain main_;
     CharacterHost character_;
     StartUp startUp_;
