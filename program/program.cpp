@@ -13,8 +13,8 @@ Program::Program(Platform& platform)
                       .applicationFolder = platform.application.Path(),
                       .IniFile = IniFile_,
                       .Main = [this] { startUp_.Main(); }}),
-      about_(forms_,
-             {.machine = platform.machine, .Execute = [this](const std::string& file) { Execute(file); }}),
+      execute_(platform.shell),
+      about_(forms_, {.machine = platform.machine, .Execute = execute_}),
       main_(forms_, {.application = platform.application,
                      .settings = settings_,
                      .IniFile = IniFile_,
@@ -23,7 +23,7 @@ Program::Program(Platform& platform)
                      .tray = platform.tray,
                      .machine = platform.machine,
                      .About = about_,
-                     .Execute = [this](const std::string& file) { Execute(file); },
+                     .Execute = execute_,
                      .Speak = [this](const std::string& text) { character_.Character->Speak(text); },
                      .UserName = [this] { return character_.UserName; },
                      .AgentQuit = [this] { character_.AgentQuit(); },
@@ -40,6 +40,43 @@ Program::Program(Platform& platform)
                   .mnuHide = main_.menu("mnuHide"),
                   .UnloadForms = [this] { startUp_.UnloadForms(); },
                   .popUpMainMenu = [this] { main_.PopupMenu(main_.menu("MnuMain")); }}),
+      options_(forms_, {.mnuOffice = [this](int index) -> Menu& { return main_.menu("mnuOffice", index); },
+                        .mnuCustom = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+                        .LoadOfficeList = [this] { launchLists_.LoadOfficeList(); },
+                        .LoadFavouritesList = [this] { launchLists_.LoadFavouritesList(); }}),
+      launchLists_(
+          {.files = platform.files,
+           .applicationFolder = platform.application.Path(),
+           .office = {.names = options_.ComOffice,
+                      .targets = options_.comOfficeCommands,
+                      .entry = [this](int index) -> Menu& { return main_.menu("mnuOffice", index); },
+                      .carry = [this] { options_.Set_Office(); }},
+           .favourites = {.names = options_.comFavourites,
+                          .targets = options_.comFavouriteURL,
+                          .entry = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+                          .carry = [this] { options_.Set_Favourites(); }},
+           .Execute = execute_}),
+      accessories_({.menu = [this](std::string_view name) -> Menu& { return main_.menu(name); },
+                    .machine = platform.machine,
+                    .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                    .Execute = execute_}),
+      openPanel_({.txtOpenFile = main_.txtOpenFile,
+                  .cmdOpenBrowse = main_.cmdOpenBrowse,
+                  .cmdOpenGo = main_.cmdOpenGo,
+                  .mnuOpenFile = main_.menu("mnuOpenFile"),
+                  .dialogs = main_.fileDialogs,
+                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                  .Execute = execute_,
+                  .show = [this] { main_.showPanel(1); }}),
+      webSearch_({.comEngine = main_.comEngine,
+                  .comQuery = main_.comQuery,
+                  .cmdSearch = main_.cmdSearch,
+                  .mnuSearch = main_.menu("mnuSearch"),
+                  .shell = platform.shell,
+                  .applicationFolder = platform.application.Path(),
+                  .machine = platform.machine,
+                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                  .show = [this] { main_.showPanel(0); }}),
       startUp_(IniFile_, {.application = platform.application,
                           .settings = settings_,
                           .forms = forms_,
@@ -48,15 +85,16 @@ Program::Program(Platform& platform)
                           .Main = main_,
                           .SetAgent = [this] { character_.SetAgent(); },
                           .releaseWordApp = {}}) {
+    main_.steps.SetAccessoriesMnu = [this] { options_.Load(); };
+    main_.steps.loadLaunchLists = [this] {
+        launchLists_.LoadOfficeList();
+        launchLists_.LoadFavouritesList();
+    };
     main_.steps.clearRequests = [this] { character_.clearRequests(); };
 }
 
 void Program::start() {
     platform_.loop.post([this] { startUp_.Main(); });
-}
-
-void Program::Execute(const std::string& file) {
-    platform_.shell.open(file, {});
 }
 
 }  // namespace velmora

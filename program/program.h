@@ -9,6 +9,12 @@
 #include "core/frm_splash.h"
 #include "core/settings.h"
 #include "core/start_up.h"
+#include "desktop/accessories.h"
+#include "desktop/execute.h"
+#include "desktop/launch_lists.h"
+#include "desktop/open_panel.h"
+#include "desktop/web_search.h"
+#include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 
@@ -32,18 +38,26 @@ public:
     FrmMain& main() { return main_; }
     frmLogin& login() { return login_; }
 
-private:
-    void Execute(const std::string& file);
+    FrmOptions& options() { return options_; }
+    LaunchLists& launchLists() { return launchLists_; }
+    WebSearch& webSearch() { return webSearch_; }
 
+private:
     Platform& platform_;
     Forms forms_;
     Settings settings_;
     std::string IniFile_;
     FrmSplash splash_;
     frmLogin login_;
+    Execute execute_;
     frmAbout about_;
     FrmMain main_;
     CharacterHost character_;
+    FrmOptions options_;
+    LaunchLists launchLists_;
+    Accessories accessories_;
+    OpenPanel openPanel_;
+    WebSearch webSearch_;
     StartUp startUp_;
 };
 
