@@ -36,7 +36,7 @@ void showFailure(Dialogs& dialogs, const Failure& failure, const char* title, Bo
 struct CommandDispatch::Row {
     std::string_view name = {};
     void (*act)(CommandDispatch&) = nullptr;
-    LaunchList LaunchLists::*list = nullptr;
+    CommandList CommandLists::*list = nullptr;
 };
 
 CommandDispatch::CommandDispatch(Needs needs) : needs_(std::move(needs)) {
@@ -71,8 +71,8 @@ std::span<const CommandDispatch::Row> CommandDispatch::chain() {
         Row{"Search the Internet", [](Self& self) { self.showFrame(searchFrame); }},
         Row{"Check Mail", [](Self& self) { self.actions.Check_Mail(); }},
         Row{"NewMail", [](Self& self) { self.actions.MnuEMail_Click(); }},
-        Row{.list = &LaunchLists::favourites},
-        Row{.list = &LaunchLists::office},
+        Row{.list = &CommandLists::favourites},
+        Row{.list = &CommandLists::office},
         Row{"Messenger", [](Self& self) { self.actions.mnuMessengerOpen_Click(); }},
         Row{"Messenger Log On", [](Self& self) { self.logOn(); }},
         Row{"Messenger Log Off", [](Self& self) { self.logOff(); }},
@@ -101,9 +101,9 @@ void CommandDispatch::follow(const std::string& Name) {
     }
 }
 
-bool CommandDispatch::launch(const LaunchList& list, const std::string& Name) {
+bool CommandDispatch::launch(const CommandList& list, const std::string& Name) {
     if (!list.name) return false;
-    for (int row = 0; row < LaunchList::rows; ++row) {
+    for (int row = 0; row < CommandList::rows; ++row) {
         if (list.name(row) != Name) continue;
         needs_.Execute(list.target(row));
         return true;

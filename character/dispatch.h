@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "character/character.h"
-#include "character/launch_lists.h"
+#include "character/command_lists.h"
 #include "core/step.h"
 #include "platform/agent_control.h"
 #include "platform/dialogs.h"
@@ -20,7 +20,7 @@ public:
         AgentControl& AgentCtrl;
         CharacterHost& host;
         Dialogs& dialogs;
-        const LaunchLists& lists;
+        const CommandLists& lists;
         std::function<void(const std::string&)> Execute;
         std::function<void(std::string_view menu)> popUp;  ///< a menu of the main window, by its name
         std::function<void()> bringUpMain;                 ///< the main window, at its normal size
@@ -62,7 +62,7 @@ private:
 
     void AgentCtrl_Command(const AgentUserInput& input);
     void follow(const std::string& Name);
-    bool launch(const LaunchList& list, const std::string& Name);
+    bool launch(const CommandList& list, const std::string& Name);
     void showFrame(int index);
     void logOn();
     void logOff();

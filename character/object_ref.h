@@ -9,10 +9,11 @@ template <class T>
 class ObjectRef {
 public:
     void set(T& object) { object_ = &object; }
-    T* operator->() const {
+    T& operator*() const {
         if (!object_) throw Failure(errors::objectNotSet);
-        return object_;
+        return *object_;
     }
+    T* operator->() const { return &**this; }
 
 private:
     T* object_ = nullptr;

@@ -21,10 +21,10 @@ struct Row {
     const char* voice = nullptr;
     Shown shown = Shown::no;
     Asks asks = Asks::nothing;
-    LaunchList LaunchLists::*list = nullptr;
+    CommandList CommandLists::*list = nullptr;
 };
 
-constexpr Row rowsOf(LaunchList LaunchLists::*list) {
+constexpr Row rowsOf(CommandList CommandLists::*list) {
     return {.list = list};
 }
 
@@ -47,14 +47,14 @@ constexpr std::array vocabulary{
     Row{"CD Player", "CD Player", "[show|open|run]cd player[program|application]"},
     Row{"Notepad", "Notepad", "[show|open|run]notepad[program|application]"},
     Row{"Wordpad", "Wordpad", "[show|open|run]wordpad[program|application]"},
-    rowsOf(&LaunchLists::office),
+    rowsOf(&CommandLists::office),
     Row{"Word", "Open Word", "[start|open|run]word"},
     Row{"New Document", "New Document", "[start|open|run]word doc"},
     Row{"Read Selection", "Read Selection", "[read|speak]selection"},
     Row{"Search the Internet", "Search the Internet", "[start|new][inter net]search"},
     Row{"Check Mail", "Check Mail", "[check][e]mail"},
     Row{"NewMail", "New Mail", "[new][e]mail"},
-    rowsOf(&LaunchLists::favourites),
+    rowsOf(&CommandLists::favourites),
     Row{"Messenger", "Messenger", "[open|show|start]messenger"},
     Row{"Messenger Log On", "Messenger Log On", "messenger log on"},
     Row{"Messenger Log Off", "Messenger Log Off", "messenger log off"},
@@ -70,9 +70,9 @@ void addRow(AgentCommands& commands, const Row& row) {
              [&] { commands.Item(row.name).Confidence = confidenceFloor; });
 }
 
-void addList(AgentCommands& commands, const LaunchList& list) {
+void addList(AgentCommands& commands, const CommandList& list) {
     if (!list.name) return;
-    for (int row = 0; row < LaunchList::rows; ++row) {
+    for (int row = 0; row < CommandList::rows; ++row) {
         passOver([&] {
             const std::string name = list.name(row);
             // A slot is unused only with the text of its own place: "Item 2" in the first one is a command.
@@ -84,7 +84,7 @@ void addList(AgentCommands& commands, const LaunchList& list) {
 
 }  // namespace
 
-void InitCommands(AgentCommands& commands, const LaunchLists& lists) {
+void InitCommands(AgentCommands& commands, const CommandLists& lists) {
     for (const Row& row : vocabulary) {
         if (row.list) {
             addList(commands, lists.*row.list);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "character/launch_lists.h"
+#include "character/command_lists.h"
 #include "platform/agent_control.h"
 
 namespace velmora {
 
 /// Teaches the character every command of the program, those of the user's two lists among them. What fails
 /// (a name that is taken already) is passed over.
-void InitCommands(AgentCommands& commands, const LaunchLists& lists);
+void InitCommands(AgentCommands& commands, const CommandLists& lists);
 
 }  // namespace velmora

@@ -9,6 +9,16 @@ CaptionedControl::CaptionedControl(Form& form, std::string_view name, const Desi
     : Control(form, name, index, design.Enabled, design.Visible, design.ToolTipText),
       Caption(*this, "Caption", design.Caption) {}
 
+Frame::Frame(Form& form, std::string_view name, const Design& design, std::optional<int> index)
+    : CaptionedControl(form, name,
+                       {.Caption = design.Caption,
+                        .Enabled = design.Enabled,
+                        .Visible = design.Visible,
+                        .ToolTipText = design.ToolTipText},
+                       index),
+      Left(*this, "Left", design.Left),
+      Top(*this, "Top", design.Top) {}
+
 bool Button::clicked() {
     Click.raise();
     return true;

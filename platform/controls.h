@@ -50,14 +50,25 @@ public:
     std::string_view kind() const override { return "Label"; }
 };
 
-/// A box around other controls. Where it stands is the program's to move (in twips, from the form's corner).
+struct FrameDesign {
+    std::string Caption = {};
+    int Left = 0;
+    int Top = 0;
+    bool Enabled = true;
+    bool Visible = true;
+    std::string ToolTipText = {};
+};
+
+/// A box around other controls. Where it stands is the program's to move: twips from the form's corner. Left
+/// of it or above it (negative) the frame is out of view, whatever `Visible` says.
 class Frame : public CaptionedControl {
 public:
-    Frame(Form& form, std::string_view name, const Design& design = {}, std::optional<int> index = {})
-        : CaptionedControl(form, name, design, index) {}
+    using Design = FrameDesign;
+    Frame(Form& form, std::string_view name, const Design& design = {}, std::optional<int> index = {});
 
-    Property<int> Left{*this, "Left", 0};
-    Property<int> Top{*this, "Top", 0};
+    Property<int> Left;
+    Property<int> Top;
+    bool inView() const { return Left.peek() >= 0 && Top.peek() >= 0; }
     std::string_view kind() const override { return "Frame"; }
 };
 

@@ -16,7 +16,29 @@ struct Entry {
 
 constexpr std::array entries{
     Entry{"Character", "Default", "Merlin", "Name of the character package."},
+    Entry{"Directory", "Endpoint", "http://127.0.0.1:8080",
+          "Scheme, host and port of the messenger's directory service."},
+    Entry{"Community", "Site", "",
+          "Scheme and host of the community's web site; empty: the directory's endpoint."},
+    Entry{"Maker", "Site", "https://velmora.invalid", "The maker's web site."},
     Entry{"Feedback", "Address", "feedback@velmora.invalid", "Mail address of the error report."},
+    Entry{"Search", "AltaVista", "https://search.yahoo.com",
+          "Scheme, host and port of each search service, put in front of its search path."},
+    Entry{"Search", "Excite", "https://www.excite.com", ""},
+    Entry{"Search", "Hotbot", "https://www.hotbot.com", ""},
+    Entry{"Search", "Infoseek", "https://search.yahoo.com", ""},
+    Entry{"Search", "Lycos", "https://search.lycos.com", ""},
+    Entry{"Search", "Yahoo", "https://search.yahoo.com", ""},
+    Entry{"Search", "SoftSeek", "https://search.yahoo.com", ""},
+    Entry{"Search", "AudioFind", "http://audiofind.invalid:70",
+          "Nobody offers this one in public any more; name a service of your own."},
+    Entry{
+        "Accessories", "Calculator", "calculator",
+        "What each accessory opens: a program or a file. The names given here stand for the desktop's own."},
+    Entry{"Accessories", "CDPlayer", "audio-player", ""},
+    Entry{"Accessories", "Wordpad", "word-processor", ""},
+    Entry{"Accessories", "Notepad", "text-editor", ""},
+    Entry{"Accessories", "SystemInformation", "system-information", "What the about box opens."},
     Entry{"Speech", "Device", "default",
           "default, none (silent, in time) or file:PATH (a WAV of all that is said)."},
     Entry{"Speech", "Voice", "", "Name of the speech engine's voice; empty: the character's own."},
@@ -47,7 +69,7 @@ std::string MachineSettings::initialText() {
             section = entry.section;
             text.append("\n[").append(section).append("]\n");
         }
-        text.append("; ").append(entry.comment).append("\n");
+        if (!entry.comment.empty()) text.append("; ").append(entry.comment).append("\n");
         text.append(entry.key).append("=").append(entry.value).append("\n");
     }
     return text;

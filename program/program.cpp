@@ -17,13 +17,19 @@ Program::Program(Platform& platform)
                       .applicationFolder = platform.application.Path(),
                       .IniFile = IniFile_,
                       .Main = [this] { startUp_.Main(); }}),
-      main_(forms_, {.settings = settings_,
+      execute_(platform.shell),
+      about_(forms_, {.machine = platform.machine, .Execute = execute_}),
+      main_(forms_, {.application = platform.application,
+                     .settings = settings_,
                      .IniFile = IniFile_,
                      .clock = platform.clock,
                      .dialogs = platform.dialogs,
                      .tray = platform.tray,
                      .machine = platform.machine,
-                     .Execute = [this](const std::string& file) { Execute(file); },
+                     .About = about_,
+                     .Execute = execute_,
+                     .Speak = [this](const std::string& text) { character_.Character->Speak(text); },
+                     .UserName = [this] { return character_.UserName; },
                      .AgentQuit = [this] { character_.AgentQuit(); },
                      .UnloadForms = [this] { startUp_.UnloadForms(); }}),
       character_({.AgentCtrl = platform.agent,
@@ -33,18 +39,55 @@ Program::Program(Platform& platform)
                   .dialogs = platform.dialogs,
                   .pointer = platform.pointer,
                   .TmrMail = main_.TmrMail,
-                  .mnuACo = main_.mnuACo,
-                  .mnuChangeAgent = main_.mnuChangeAgent,
-                  .mnuHide = main_.mnuHide,
+                  .mnuACo = main_.menu("mnuACo"),
+                  .mnuChangeAgent = main_.menu("mnuChangeAgent"),
+                  .mnuHide = main_.menu("mnuHide"),
                   .UnloadForms = [this] { startUp_.UnloadForms(); },
-                  .popUpMainMenu = [this] { main_.PopupMenu(main_.MnuMain); }}),
+                  .popUpMainMenu = [this] { main_.PopupMenu(main_.menu("MnuMain")); }}),
+      options_(forms_, {.mnuOffice = [this](int index) -> Menu& { return main_.menu("mnuOffice", index); },
+                        .mnuCustom = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+                        .LoadOfficeList = [this] { launchLists_.LoadOfficeList(); },
+                        .LoadFavouritesList = [this] { launchLists_.LoadFavouritesList(); }}),
+      launchLists_(
+          {.files = platform.files,
+           .applicationFolder = platform.application.Path(),
+           .office = {.names = options_.ComOffice,
+                      .targets = options_.comOfficeCommands,
+                      .entry = [this](int index) -> Menu& { return main_.menu("mnuOffice", index); },
+                      .carry = [this] { options_.Set_Office(); }},
+           .favourites = {.names = options_.comFavourites,
+                          .targets = options_.comFavouriteURL,
+                          .entry = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+                          .carry = [this] { options_.Set_Favourites(); }},
+           .Execute = execute_}),
+      accessories_({.menu = [this](std::string_view name) -> Menu& { return main_.menu(name); },
+                    .machine = platform.machine,
+                    .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                    .Execute = execute_}),
+      openPanel_({.txtOpenFile = main_.txtOpenFile,
+                  .cmdOpenBrowse = main_.cmdOpenBrowse,
+                  .cmdOpenGo = main_.cmdOpenGo,
+                  .mnuOpenFile = main_.menu("mnuOpenFile"),
+                  .dialogs = main_.fileDialogs,
+                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                  .Execute = execute_,
+                  .show = [this] { main_.showPanel(1); }}),
+      webSearch_({.comEngine = main_.comEngine,
+                  .comQuery = main_.comQuery,
+                  .cmdSearch = main_.cmdSearch,
+                  .mnuSearch = main_.menu("mnuSearch"),
+                  .shell = platform.shell,
+                  .applicationFolder = platform.application.Path(),
+                  .machine = platform.machine,
+                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                  .show = [this] { main_.showPanel(0); }}),
       dispatch_({.AgentCtrl = platform.agent,
                  .host = character_,
                  .dialogs = platform.dialogs,
-                 .lists = launchLists_,
-                 .Execute = [this](const std::string& file) { Execute(file); },
-                 .popUp = [this](std::string_view menu) { popUp(menu); },
-                 .bringUpMain = [this] { bringUpMain(); }}),
+                 .lists = commandLists_,
+                 .Execute = execute_,
+                 .popUp = [this](std::string_view menu) { main_.PopupMenu(main_.menu(menu)); },
+                 .bringUpMain = [this] { main_.bringUp(); }}),
       startUp_(IniFile_, {.application = platform.application,
                           .settings = settings_,
                           .forms = forms_,
@@ -53,28 +96,49 @@ Program::Program(Platform& platform)
                           .Main = main_,
                           .SetAgent = [this] { character_.SetAgent(); },
                           .releaseWordApp = {}}) {
-    main_.steps.clearRequests = [this] { character_.clearRequests(); };
-    character_.steps.InitCommands = [this] {
-        passOver([this] { InitCommands(character_.Character->Commands(), launchLists_); });
+    main_.steps.SetAccessoriesMnu = [this] { options_.Load(); };
+    main_.steps.loadLaunchLists = [this] {
+        launchLists_.LoadOfficeList();
+        launchLists_.LoadFavouritesList();
     };
+    main_.steps.clearRequests = [this] { character_.clearRequests(); };
+    connectCommands();
 }
 
 void Program::start() {
     platform_.loop.post([this] { startUp_.Main(); });
 }
 
-void Program::Execute(const std::string& file) {
-    platform_.shell.open(file, {});
-}
+void Program::connectCommands() {
+    commandLists_.office = {[this](int row) { return options_.ComOffice.List(row); },
+                            [this](int row) { return options_.comOfficeCommands.List(row); }};
+    commandLists_.favourites = {[this](int row) { return options_.comFavourites.List(row); },
+                                [this](int row) { return options_.comFavouriteURL.List(row); }};
+    character_.steps.InitCommands = [this] {
+        passOver([this] { InitCommands(character_.Character->Commands(), commandLists_); });
+    };
 
-void Program::popUp(std::string_view menu) {
-    const auto found = std::ranges::find(main_.menus(), menu, &Menu::name);
-    if (found != main_.menus().end()) main_.PopupMenu(**found);
-}
-
-void Program::bringUpMain() {
-    main_.setWindowState(WindowStates::normal);
-    main_.Show();
+    // A command does what its entry in the menu does, also while that is hidden.
+    const auto entry = [this](std::string_view name) {
+        return [&menu = main_.menu(name)] { menu.Click.raise(); };
+    };
+    auto& actions = dispatch_.actions;
+    actions.mnuAbout_Click = entry("mnuAbout");
+    actions.mnuOptions_Click = entry("mnuOptions");
+    actions.showCalender = entry("mnuCalender");
+    actions.mnuCalculator_Click = entry("mnuCalculator");
+    actions.mnuCDPlayer_Click = entry("mnuCDPlayer");
+    actions.mnuNotepad_Click = entry("mnuNotepad");
+    actions.mnuWordpad_Click = entry("mnuWordpad");
+    actions.startWord = entry("mnuOpenWord");
+    actions.newDocument = entry("mnuNewDoc");
+    actions.Check_Mail = entry("mnuCheckMail");
+    actions.MnuEMail_Click = entry("mnuEMail");
+    actions.mnuMessengerOpen_Click = entry("mnuMessengerOpen");
+    actions.tellJoke = entry("mnuJokeTell");
+    actions.singSong = entry("mnuInteractSong");
+    actions.giveTip = entry("mnuInteractTip");
+    actions.cmdFrames_Click = [this](int index) { main_.cmdFrames_Click(index); };
 }
 
 }  // namespace velmora

@@ -1,16 +1,22 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "character/character.h"
+#include "character/command_lists.h"
 #include "character/dispatch.h"
-#include "character/launch_lists.h"
+#include "core/frm_about.h"
 #include "core/frm_login.h"
 #include "core/frm_main.h"
 #include "core/frm_splash.h"
 #include "core/settings.h"
 #include "core/start_up.h"
+#include "desktop/accessories.h"
+#include "desktop/execute.h"
+#include "desktop/launch_lists.h"
+#include "desktop/open_panel.h"
+#include "desktop/web_search.h"
+#include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 
@@ -31,16 +37,17 @@ public:
 
     Forms& forms() { return forms_; }
     CharacterHost& character() { return character_; }
-    CommandDispatch& dispatch() { return dispatch_; }
-    /// What the user has put into the lists of programs and sites.
-    LaunchLists& launchLists() { return launchLists_; }
     FrmMain& main() { return main_; }
     frmLogin& login() { return login_; }
 
+    CommandDispatch& dispatch() { return dispatch_; }
+    CommandLists& commandLists() { return commandLists_; }
+    FrmOptions& options() { return options_; }
+    LaunchLists& launchLists() { return launchLists_; }
+    WebSearch& webSearch() { return webSearch_; }
+
 private:
-    void Execute(const std::string& file);
-    void popUp(std::string_view menu);
-    void bringUpMain();
+    void connectCommands();
 
     Platform& platform_;
     Forms forms_;
@@ -48,9 +55,16 @@ private:
     std::string IniFile_;
     FrmSplash splash_;
     frmLogin login_;
+    Execute execute_;
+    frmAbout about_;
     FrmMain main_;
     CharacterHost character_;
+    FrmOptions options_;
     LaunchLists launchLists_;
+    Accessories accessories_;
+    OpenPanel openPanel_;
+    WebSearch webSearch_;
+    CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;
 };

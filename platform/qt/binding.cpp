@@ -42,7 +42,7 @@ void Binding::showCommon() {
     const QString tip = plainTip(shown(control_.ToolTipText.peek()));
     widget_.setToolTip(tip.isEmpty() ? standingTip_ : tip);
     widget_.setEnabled(control_.Enabled.peek());
-    const bool visible = control_.Visible.peek();
+    const bool visible = control_.Visible.peek() && inView();
     if (widget_.isHidden() == visible) widget_.setVisible(visible);
 }
 

@@ -33,6 +33,9 @@ protected:
     /// Puts into the widget what is particular to its kind, and only what differs from what it shows.
     virtual void show() = 0;
 
+    /// Whether the control is where it can be seen, apart from its `Visible`.
+    virtual bool inView() const { return true; }
+
     /// Tells the control what the person has done; the widget then shows what came of it. A signal that the
     /// binding itself has caused is passed over.
     void enter(const Loop::Handler& entry);

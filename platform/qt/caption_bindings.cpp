@@ -16,11 +16,29 @@ void setText(Widget& widget, const std::string& text) {
     if (widget.text() != given) widget.setText(given);
 }
 
+constexpr const char* showsProperty = "shows";
+
+void press(QAbstractButton& button, bool down) {
+    button.setCheckable(true);
+    button.setChecked(down);
+}
+
+void pressButtonsOf(const QWidget& frame, bool inView) {
+    for (auto* button : frame.window()->findChildren<QAbstractButton*>()) {
+        if (button->property(showsProperty).toString() == frame.objectName()) press(*button, inView);
+    }
+}
+
 void place(QWidget& widget, const Frame& model) {
     const QWidget* parent = widget.parentWidget();
     const QPoint place(model.Left.peek() / twipsPerPixel, model.Top.peek() / twipsPerPixel);
     const bool moved = model.Left.peek() != 0 || model.Top.peek() != 0;
     if (parent && !parent->layout() && moved) widget.move(place);
+    pressButtonsOf(widget, model.inView());
+    // Hidden for good it takes no room, out of view it does.
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(model.Visible.peek() && !model.inView());
+    if (policy != widget.sizePolicy()) widget.setSizePolicy(policy);
 }
 
 }  // namespace
@@ -41,6 +59,10 @@ ButtonBinding::ButtonBinding(Button& model, QAbstractButton& widget, Loop& loop)
 
 void ButtonBinding::show() {
     setText(widget_, model_.Caption.peek());
+    // A click on a pressed button releases it, although its frame stays.
+    const QString frame = widget_.property(showsProperty).toString();
+    if (frame.isEmpty()) return;
+    if (const auto* shows = widget_.window()->findChild<QWidget*>(frame)) press(widget_, !shows->isHidden());
 }
 
 PictureBinding::PictureBinding(Picture& model, QAbstractButton& widget, Loop& loop)

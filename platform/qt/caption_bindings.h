@@ -22,6 +22,7 @@ private:
     void show() override;
 };
 
+/// A button whose dynamic property "shows" names a frame stands pressed while that frame is in view.
 class ButtonBinding : public BindingOf<Button, QAbstractButton> {
 public:
     ButtonBinding(Button& model, QAbstractButton& widget, Loop& loop);
@@ -55,12 +56,15 @@ private:
     void show() override;
 };
 
-/// A frame that a layout manages stays where the layout puts it; any other goes where the program moves it.
+/// A frame that a layout manages stays where the layout puts it, any other goes where the program moves it.
+/// One that the program moves out of view leaves its room to the frames that share its place, and none of
+/// them changes the size of the window.
 class FrameBinding : public BindingOf<Frame, QFrame> {
 public:
     using BindingOf::BindingOf;
 
 private:
+    bool inView() const override { return model_.inView(); }
     void show() override;
 };
 
@@ -69,6 +73,7 @@ public:
     using BindingOf::BindingOf;
 
 private:
+    bool inView() const override { return model_.inView(); }
     void show() override;
 };
 

@@ -12,6 +12,7 @@
 #include <array>
 
 #include "base/text.h"
+#include "platform/qt/desktop_programs.h"
 #include "platform/qt/text.h"
 
 namespace velmora::qt {
@@ -60,10 +61,20 @@ void QtShell::open(const std::string& target, const std::string& folder) {
     const QString program = file.isFile() && file.isExecutable() ? file.absoluteFilePath()
                             : bare && !file.exists()             ? QStandardPaths::findExecutable(named)
                                                                  : QString();
-    if (program.isEmpty()) {
+    if (const auto own = program.isEmpty() && !file.exists() ? desktopProgram(target) : std::nullopt) {
+        openOwn(*own);
+    } else if (program.isEmpty()) {
         opener_(QUrl::fromLocalFile(file.absoluteFilePath()));
     } else {
         QProcess::startDetached(program, {}, directory);
+    }
+}
+
+void QtShell::openOwn(const DesktopProgram& own) const {
+    if (!own.id.empty()) {
+        startDesktopProgram(own.id);
+    } else if (!own.document.isEmpty()) {
+        opener_(QUrl::fromLocalFile(own.document));
     }
 }
 

@@ -7,8 +7,11 @@
 
 namespace velmora::qt {
 
+struct DesktopProgram;
+
 /// The desktop's shell and clipboard. Programs and handlers are started apart from this one, and never waited
-/// for.
+/// for. A target that is no program, file or address may be a role of the desktop, as `desktopProgram` has
+/// it.
 class QtShell : public Shell {
 public:
     using Opener = std::function<bool(const QUrl&)>;
@@ -23,6 +26,8 @@ public:
     void setClipboardText(const std::string& text) override;
 
 private:
+    void openOwn(const DesktopProgram& own) const;
+
     Opener opener_;
 };
 

@@ -25,8 +25,8 @@ constexpr std::array phrases{
     "what is the weather going to be like tomorrow",
 };
 
-LaunchLists fullLists() {
-    LaunchLists lists;
+CommandLists fullLists() {
+    CommandLists lists;
     lists.office.name = [](int row) { return "[start|open]Spreadsheet " + std::to_string(row); };
     lists.favourites.name = [](int row) { return "[visit|go to]Newspaper " + std::to_string(row); };
     return lists;
@@ -46,7 +46,7 @@ double medianMicroseconds(const Work& work) {
 
 void commands(const std::filesystem::path&) {
     const std::string often = "median of " + std::to_string(runs);
-    const LaunchLists lists = fullLists();
+    const CommandLists lists = fullLists();
     report("commands and grammars with both lists full",
            medianMicroseconds([&lists] {
                CommandCollection collection;

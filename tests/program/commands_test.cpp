@@ -19,7 +19,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-using Names = std::array<std::string, LaunchList::rows>;
+using Names = std::array<std::string, CommandList::rows>;
 
 Names unused() {
     Names names;
@@ -27,7 +27,7 @@ Names unused() {
     return names;
 }
 
-LaunchList listOf(const Names& names, const std::string& prefix) {
+CommandList listOf(const Names& names, const std::string& prefix) {
     return {.name = [names](int row) { return names.at(static_cast<std::size_t>(row)); },
             .target = [prefix](int row) { return prefix + std::to_string(row); }};
 }
@@ -66,7 +66,7 @@ TEST(Vocabulary, ListsStandBetweenTheCommandsAndTheirFailuresCostOnlyTheirRow) {
     Names favourites = unused();
     favourites[2] = "Item 2";
     favourites[5] = "News (daily|weekly)";
-    LaunchLists lists{listOf(office, {}), listOf(favourites, {})};
+    CommandLists lists{listOf(office, {}), listOf(favourites, {})};
     const auto name = lists.favourites.name;
     lists.favourites.name = [name](int row) {
         return row == 4 ? throw Failure(errors::objectNotSet) : name(row);
@@ -187,7 +187,7 @@ TEST_F(CommandsTest, ListsComeBeforeTheCommandsBehindThemAndAfterThoseBefore) {
     office[7] = "Both";
     office[8] = "Messenger";
     program.run([&](Program& inside) {
-        inside.launchLists() = {listOf(office, "program"), listOf(favourites, "site")};
+        inside.commandLists() = {listOf(office, "program"), listOf(favourites, "site")};
         inside.dispatch().actions.giveTip = [&] { ++tips; };
         inside.dispatch().actions.mnuMessengerOpen_Click = [&] { ++tips; };
         inside.dispatch().actions.mnuCalculator_Click = [&] { ++tips; };
@@ -203,13 +203,13 @@ TEST_F(CommandsTest, EditedEntryLosesItsCommandUntilTheNextStart) {
     Names favourites = unused();
     favourites[0] = "Paper";
     program.run([&](Program& inside) {
-        inside.launchLists().favourites = listOf(favourites, "site");
+        inside.commandLists().favourites = listOf(favourites, "site");
         inside.character().steps.InitCommands();
     });
     program.say("paper");
     EXPECT_THAT(program.takeLines(), ElementsAre("heard paper Paper 100", "open site0 "));
     favourites[0] = "Journal";
-    program.run([&](Program& inside) { inside.launchLists().favourites = listOf(favourites, "site"); });
+    program.run([&](Program& inside) { inside.commandLists().favourites = listOf(favourites, "site"); });
     program.command("Paper");
     EXPECT_THAT(program.takeLines(), IsEmpty());
 }

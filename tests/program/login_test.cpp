@@ -47,9 +47,10 @@ TEST_F(Login, RightPasswordOpensThatUsersProfileAndTheDialogShowsOnceMoreMeanwhi
     logIn(program, "Ann", "pass:word");
     EXPECT_THAT(program.takeLines(),
                 ElementsAre("form frmLogin hidden", "form frmLogin shown", "form FrmSplash loaded",
-                            "form FrmSplash shown", "tray add Velmora", "form FrmMain loaded",
-                            "character Merlin", "show", "play Wave", "speak Morning Ann. Morning Ann.",
-                            "play RestPose", "form FrmSplash unloaded", "form frmLogin unloaded"));
+                            "form FrmSplash shown", "form FrmOptions loaded", "tray add Velmora",
+                            "form FrmMain loaded", "character Merlin", "show", "play Wave",
+                            "speak Morning Ann. Morning Ann.", "play RestPose", "form FrmSplash unloaded",
+                            "form frmLogin unloaded"));
 }
 
 TEST_F(Login, UnknownNameIsMetWithSilenceAndAWrongPasswordWithABox) {

@@ -34,8 +34,8 @@ TEST_F(Spine, FirstRunIntroducesTheCharacterAndLeadsToTheWizard) {
     EXPECT_THAT(
         program.takeLines(),
         ElementsAre(
-            "form FrmSplash loaded", "form FrmSplash shown", "tray add Velmora", "form FrmMain loaded",
-            "character Merlin", "show", "play Greet",
+            "form FrmSplash loaded", "form FrmSplash shown", "form FrmOptions loaded", "tray add Velmora",
+            "form FrmMain loaded", "character Merlin", "show", "play Greet",
             "speak Hi my name is Merlin. Welcome to Velmora. Hi my name is Merlin. Welcome to Velmora.",
             "play RestPose", "play Think",
             "speak We'd better set up your user profile We'd better set up your user profile",
@@ -122,9 +122,10 @@ TEST_F(Spine, ExitSaysGoodbyeHidesAndEnds) {
     program.takeLines();
     program.menu("mnuExit");
     EXPECT_TRUE(program.ended());
-    EXPECT_THAT(program.takeLines(), ElementsAre("stopall", "play Confused",
-                                                 "speak Are we finished already? Are we finished already?",
-                                                 "hide", "form FrmMain unloaded", "tray delete"));
+    EXPECT_THAT(
+        program.takeLines(),
+        ElementsAre("stopall", "play Confused", "speak Are we finished already? Are we finished already?",
+                    "hide", "form FrmOptions unloaded", "form FrmMain unloaded", "tray delete"));
 }
 
 TEST_F(Spine, FarewellIsTheCharactersOwn) {
@@ -143,7 +144,7 @@ TEST_F(Spine, FarewellIsTheCharactersOwn) {
         program.takeLines();
         program.menu("mnuExit");
         auto said = program.takeLines();
-        EXPECT_EQ(std::vector(said.begin() + 1, said.end() - 3), lines);
+        EXPECT_EQ(std::vector(said.begin() + 1, said.end() - 4), lines);
     }
 }
 

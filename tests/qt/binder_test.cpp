@@ -338,3 +338,22 @@ TEST_F(BinderTest, AFieldWithoutALabelIsNamedByItsToolTip) {
     EXPECT_EQ(at<QLineEdit>("txtPass").accessibleName(), QStringLiteral("Secret"));
     EXPECT_EQ(at<QLineEdit>("txt").accessibleName(), QString());
 }
+
+TEST_F(BinderTest, FrameOutOfViewKeepsItsRoomAndReleasesTheButtonThatShowsIt) {
+    auto& button = at<QPushButton>("cmd");
+    button.setProperty("shows", QStringLiteral("fra"));
+    form.fra.Left = 120;
+    const QSize size = window.minimumSizeHint();
+    for (const int left : {-9000, 120, -9000}) {
+        form.fra.Left = left;
+        EXPECT_EQ(at<QGroupBox>("fra").isVisible(), left > 0);
+        EXPECT_EQ(button.isChecked(), left > 0);
+        button.click();  // of itself this would turn it over
+        EXPECT_EQ(button.isChecked(), left > 0);
+        EXPECT_EQ(window.minimumSizeHint(), size);
+    }
+    EXPECT_TRUE(form.fra.Visible.get());
+    form.fra.Left = 120;
+    form.fra.Visible = false;
+    EXPECT_FALSE(at<QGroupBox>("fra").isVisible());
+}

@@ -138,6 +138,12 @@ void SimulatedProgram::type(const std::string& address, const std::string& text)
     });
 }
 
+void SimulatedProgram::select(const std::string& address, int row) {
+    run([&](Program& program) {
+        EXPECT_TRUE(Addresses(program.forms()).control(address).select(row)) << address;
+    });
+}
+
 void SimulatedProgram::clickCharacter(int button) {
     run([&](Program&) { agent_.clicked({.button = button}); });
 }
@@ -167,6 +173,14 @@ void SimulatedProgram::answer(BoxAnswer answer) {
         const auto box = boxes_.newest();
         ASSERT_NE(box, nullptr) << "no box waits for an answer";
         box->reply(answer);
+    });
+}
+
+void SimulatedProgram::pick(std::optional<std::string> path) {
+    run([&](Program&) {
+        const auto box = boxes_.newest();
+        ASSERT_NE(box, nullptr) << "no dialog is open";
+        box->reply(std::move(path));
     });
 }
 

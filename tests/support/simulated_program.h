@@ -48,6 +48,7 @@ public:
     void menu(const std::string& address);
     void click(const std::string& address);
     void type(const std::string& address, const std::string& text);
+    void select(const std::string& address, int row);
     void clickCharacter(int button);
     void doubleClickCharacter(int button);
     void clickTray(int button);
@@ -58,6 +59,8 @@ public:
     void close(const std::string& form);
     /// Answers the newest box that waits.
     void answer(BoxAnswer answer);
+    /// Chooses the path in the newest file dialog, or cancels it.
+    void pick(std::optional<std::string> path);
 
     /// Runs something inside the program, in a turn, until nothing is due.
     void run(std::function<void(Program&)> what);
