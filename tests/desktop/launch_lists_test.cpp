@@ -12,7 +12,6 @@ namespace velmora {
 namespace {
 
 using testing::Each;
-using testing::ElementsAreArray;
 
 std::string numberedLines(int count, const std::string& lineEnd) {
     std::string text;

@@ -8,15 +8,15 @@ namespace {
 using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
 
 using Launch = StartedProgram;
 
 std::string listFile(const std::string& name, const std::string& target) {
     std::string text;
-    for (int row = 0; row < 10; ++row)
-        text += name + std::to_string(row) + "\r\n" + target + std::to_string(row) + "\r\n";
+    for (int row = 0; row < 10; ++row) {
+        for (const std::string& line : {name, target})
+            text.append(line).append(std::to_string(row)).append("\n");
+    }
     return text;
 }
 

@@ -58,7 +58,7 @@ TEST_F(MainWindow, AlarmIsCheckedEachSecondAlsoIfThatFails) {
 TEST_F(MainWindow, MinimisedItIsHiddenAndOnlyTheTrayBringsItBack) {
     program().clickTray(1);
     program().click("CmdMin");
-    program().run([](Program& inside) { inside.main().Form_MouseMove(513 * 15); });
+    program().run([](Program& inside) { inside.main().Form_MouseMove(513L * 15); });
     EXPECT_THAT(program().takeLines(),
                 ElementsAre("form FrmMain shown", "form FrmMain minimised", "form FrmMain hidden"));
     program().clickTray(1);
@@ -85,7 +85,10 @@ TEST_F(MainWindow, CancelledDialogKeepsTheFileThatWasChosenBefore) {
     program().pick({});
     EXPECT_EQ(program().value("txtOpenFile"), "/usr/bin/game");
     program().takeLines();
-    program().run([](Program& inside) { inside.main().fileDialogs.SaveDialog("Scripts\0*.vls"); });
+    program().run([](Program& inside) { inside.main().fileDialogs.SaveDialog("Scripts"); });
+    EXPECT_THAT(program().takeLines(), ElementsAre(R"(dialog save Save File Scripts\0\0)"));
+    program().pick("/home/new.txt");
+    program().run([](Program& inside) { EXPECT_EQ(inside.main().fileDialogs.DialogFile, "/home/new.txt"); });
 }
 
 TEST(FileDialogs, FailureIsToldInABoxOfItsOwn) {
