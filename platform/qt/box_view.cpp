@@ -73,11 +73,12 @@ QStringList nameFilters(std::string_view filter) {
         };
         const QString description = take();
         const QString patterns = take().replace(u';', u' ');
-        // "*.*" means every file; Qt would ask for a dot.
+        // "*.*" means every file, where Qt would ask for a dot; and programs have no ending of their own
+        // here.
+        const bool every = patterns == QStringLiteral("*.*") || patterns == QStringLiteral("*.exe");
         if (!patterns.isEmpty())
-            filters.append(QStringLiteral("%1 (%2)").arg(
-                description.section(u'(', 0, 0).trimmed(),
-                patterns == QStringLiteral("*.*") ? QStringLiteral("*") : patterns));
+            filters.append(QStringLiteral("%1 (%2)").arg(description.section(u'(', 0, 0).trimmed(),
+                                                         every ? QStringLiteral("*") : patterns));
     }
     return filters;
 }

@@ -258,6 +258,7 @@ TEST_F(WindowsTest, AFileDialogGivesThePathWithItsExtensionOrNothing) {
     });
     EXPECT_EQ(saved, QDir(folder).filePath(QStringLiteral("velmora-no-such-script.vls")).toStdString());
     EXPECT_EQ(cancelled, std::nullopt);
-    EXPECT_EQ(qt::nameFilters("Text (*.txt)\0*.txt;*.log\0All\0*.*\0"sv),
-              QStringList({QStringLiteral("Text (*.txt *.log)"), QStringLiteral("All (*)")}));
+    EXPECT_EQ(qt::nameFilters("Text (*.txt)\0*.txt;*.log\0All\0*.*\0Programs\0*.exe\0\0"sv),
+              QStringList({QStringLiteral("Text (*.txt *.log)"), QStringLiteral("All (*)"),
+                           QStringLiteral("Programs (*)")}));
 }
