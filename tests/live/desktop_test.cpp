@@ -1,51 +1,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
-#include "tests/support/child_process.h"
-#include "tests/support/scratch_profile.h"
-#include "tests/support/x_screen.h"
+#include "tests/live/live_desktop.h"
 
 namespace velmora {
 namespace {
 
 using namespace std::chrono_literals;
-using blackbox::ChildProcess;
-using blackbox::ScratchProfile;
-using blackbox::XScreen;
 
-/// The real program in real windows, on a screen of its own with a window manager.
-class Desktop : public testing::Test {
-protected:
-    static ChildProcess::Clock::time_point soon() { return ChildProcess::Clock::now() + 60s; }
-
-    std::vector<std::string> environment() const {
-        auto variables = profile.environment({screen.display()});
-        if (const char* options = std::getenv("LSAN_OPTIONS"))
-            variables.push_back(std::string("LSAN_OPTIONS=") + options);
-        return variables;
-    }
-
-    std::unique_ptr<ChildProcess> start(std::vector<std::string> arguments = {}) {
-        arguments.insert(arguments.begin(), {VELMORA_PROGRAM, "--no-open", "--folder", profile.folder()});
-        return std::make_unique<ChildProcess>(arguments, environment());
-    }
-
-    /// Mouse and keys, as xdotool takes them; gives the first line that it prints, if it is asked for one.
-    void xdotool(std::vector<std::string> words) {
-        words.insert(words.begin(), "xdotool");
-        EXPECT_EQ(ChildProcess(words, environment()).waitForEnd(soon()), 0);
-    }
-    std::string findWindow(std::vector<std::string> words) {
-        words.insert(words.begin(), {"xdotool", "search", "--sync", "--onlyvisible"});
-        return ChildProcess(words, environment()).readLine(soon());
-    }
-
-    ScratchProfile profile;
-    XScreen screen{profile};
-};
+using Desktop = LiveDesktop;
 
 TEST_F(Desktop, CharacterGreetsAndLeavesWhenItsMenuSaysSo) {
     const auto program = start();
