@@ -8,7 +8,7 @@ namespace velmora {
 
 Machine::Machine(const Options& options, Folders folders_)
     : folders(std::move(folders_)),
-      application(folders.application),
+      application(folders.application, folders.installed),
       machineSettings(settings, folders.application),
       clock(loop, options.clock),
       seed(options.seed ? *options.seed : std::random_device{}()) {

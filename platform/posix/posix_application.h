@@ -1,7 +1,9 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "base/failure.h"
 #include "platform/application.h"
@@ -12,9 +14,18 @@ namespace velmora {
 /// A process as the running copy of the program. Where no lock can be had, it counts as the only copy.
 class PosixApplication : public Application {
 public:
-    explicit PosixApplication(std::string folder) : folder_(std::move(folder)) {}
+    PosixApplication(std::string folder, std::string installed)
+        : folder_(std::move(folder)), installed_(std::move(installed)) {}
 
     const std::string& Path() const override { return folder_; }
+    /// The installed page, if the application folder was not filled with one.
+    std::string HelpFile() const override {
+        const std::string own = Application::HelpFile();
+        std::error_code error;
+        return std::filesystem::exists(own, error)
+                   ? own
+                   : velmora::path(velmora::path(installed_, "help"), "velmora.html");
+    }
     bool PrevInstance() override {
         if (lock_) return false;
         try {
@@ -27,6 +38,7 @@ public:
 
 private:
     std::string folder_;
+    std::string installed_;
     std::optional<InstanceLock> lock_;
 };
 

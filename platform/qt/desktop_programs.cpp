@@ -40,9 +40,9 @@ std::string idOf(GAppInfo& info) {
 
 bool isOf(GAppInfo& info, std::string_view category) {
     const char* listed = g_desktop_app_info_get_categories(G_DESKTOP_APP_INFO(&info));
-    const std::string all = ";" + std::string(listed ? listed : "") + ";";
+    const auto closed = [](std::string_view text) { return std::string(";").append(text).append(";"); };
     return g_app_info_should_show(&info) != FALSE &&
-           all.find(";" + std::string(category) + ";") != std::string::npos;
+           closed(listed ? listed : "").find(closed(category)) != std::string::npos;
 }
 
 // Of several the first in the order of their names, so that it is the same one each time.
