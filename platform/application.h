@@ -24,7 +24,9 @@ public:
     static constexpr int Revision = VELMORA_VERSION_REVISION;
 
     /// The page that explains the program; it came with the application folder.
-    virtual std::string HelpFile() const { return velmora::path(velmora::path(Path(), "help"), "velmora.html"); }
+    virtual std::string HelpFile() const {
+        return velmora::path(velmora::path(Path(), "help"), "velmora.html");
+    }
 };
 
 }  // namespace velmora
