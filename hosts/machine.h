@@ -5,6 +5,7 @@
 
 #include "hosts/options.h"
 #include "platform/boxes.h"
+#include "platform/curl/curl_inets.h"
 #include "platform/ini_settings_file.h"
 #include "platform/loop.h"
 #include "platform/machine_settings.h"
@@ -12,6 +13,8 @@
 #include "platform/posix/posix_application.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/system_clock.h"
+#include "platform/posix/system_link.h"
+#include "platform/qt/network_manager.h"
 #include "platform/qt/qt_loop_host.h"
 
 namespace velmora {
@@ -39,12 +42,22 @@ struct Machine {
     std::uint64_t seed;
     SeededRandom random{seed};
     Boxes boxes{loop};
+    curl::CurlInets inets{
+        {.loop = loop,
+         .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
+         .files = files,
+         .folder = folders.application}};
+    qt::NetworkManager networkManager;
+    SystemLink link{machineSettings, [this](std::string_view kinds) { return dial(kinds); }};
+
+    /// Asks NetworkManager to connect, if it is there.
+    long dial(std::string_view kinds);
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;
     std::string charactersFolder(const std::string& package) const;
 
-    Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent);
+    Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link);
 };
 
 }  // namespace velmora
