@@ -16,6 +16,7 @@
 #include "desktop/launch_lists.h"
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
+#include "mail/mail_settings.h"
 #include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
@@ -43,6 +44,7 @@ public:
     CommandDispatch& dispatch() { return dispatch_; }
     CommandLists& commandLists() { return commandLists_; }
     FrmOptions& options() { return options_; }
+    MailSettings& mailSettings() { return mailSettings_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
 
@@ -60,6 +62,7 @@ private:
     FrmMain main_;
     CharacterHost character_;
     FrmOptions options_;
+    MailSettings mailSettings_;
     LaunchLists launchLists_;
     Accessories accessories_;
     OpenPanel openPanel_;
