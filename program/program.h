@@ -17,6 +17,7 @@
 #include "desktop/launch_lists.h"
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
+#include "mail/mail_settings.h"
 #include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
@@ -44,6 +45,7 @@ public:
     CommandDispatch& dispatch() { return dispatch_; }
     CommandLists& commandLists() { return commandLists_; }
     FrmOptions& options() { return options_; }
+    MailSettings& mailSettings() { return mailSettings_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
     DialUpConnection& dialUp() { return dialUp_; }
@@ -62,6 +64,7 @@ private:
     FrmMain main_;
     CharacterHost character_;
     FrmOptions options_;
+    MailSettings mailSettings_;
     LaunchLists launchLists_;
     Accessories accessories_;
     OpenPanel openPanel_;
