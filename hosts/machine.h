@@ -4,6 +4,7 @@
 #include <string>
 
 #include "hosts/options.h"
+#include "hosts/unreachable_winsocks.h"
 #include "platform/boxes.h"
 #include "platform/ini_settings_file.h"
 #include "platform/loop.h"
@@ -39,6 +40,7 @@ struct Machine {
     std::uint64_t seed;
     SeededRandom random{seed};
     Boxes boxes{loop};
+    UnreachableWinsocks winsocks;
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;

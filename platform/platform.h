@@ -11,6 +11,7 @@
 #include "platform/random.h"
 #include "platform/settings_file.h"
 #include "platform/shell.h"
+#include "platform/winsock.h"
 
 namespace velmora {
 
@@ -28,6 +29,7 @@ struct Platform {
     Tray& tray;
     Pointer& pointer;
     AgentControl& agent;
+    Winsocks& winsocks;
 };
 
 }  // namespace velmora

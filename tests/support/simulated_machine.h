@@ -9,6 +9,8 @@
 #include "base/conversions.h"
 #include "platform/ini_settings_file.h"
 #include "tests/support/in_memory_files.h"
+#include "tests/support/simulated_mailbox.h"
+#include "tests/support/simulated_sockets.h"
 
 namespace velmora {
 
@@ -23,12 +25,16 @@ public:
     ~SimulatedMachine();
 
     InMemoryFiles files;
+    SimulatedNetwork network;
 
     /// Sets a key of a settings file in the folder, before a program starts.
     void setting(const std::string& folder, std::string_view section, std::string_view key,
                  std::string_view value, const std::string& file = "Velmora.ini");
     /// Writes the user list of the folder.
     void users(const std::string& folder, const std::vector<std::string>& entries);
+
+    /// A mail server at that host, with these messages.
+    SimulatedMailbox& pop3(const std::string& host, std::vector<std::string> messages = {});
 
     /// The local time at which the machine's clock starts: 2026-03-05 09:05:00 if not set.
     DateTime startsAt{std::chrono::year{2026} / 3 / 5, std::chrono::hours(9) + std::chrono::minutes(5)};
@@ -54,6 +60,7 @@ private:
 
     std::chrono::milliseconds now_{0};
     std::map<std::string, const SimulatedProgram*> locks_;  ///< by folder: the running copy
+    std::vector<std::unique_ptr<SimulatedMailbox>> mailboxes_;
     std::vector<std::unique_ptr<SimulatedProgram>> programs_;
 };
 
