@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/controls.h"
 #include "platform/form.h"
 #include "platform/list_controls.h"
 #include "platform/menu.h"
@@ -27,6 +28,12 @@ public:
     ComboBox comFavourites{*this, "comFavourites", {.Text = "Favourite Items", .List = unusedRows()}};
     ComboBox comFavouriteURL{
         *this, "comFavouriteURL", {.Text = "Favourite URL", .List = unusedRows(), .Visible = false}};
+
+    TextBox TxtServer{*this, "TxtServer"};
+    TextBox TxtUser{*this, "TxtUser"};
+    TextBox TxtPass{*this, "TxtPass", {.Password = true}};
+    TextBox TxtChkInterval{*this, "TxtChkInterval", {.Text = "5"}};
+    CheckBox chkReadEntire{*this, "chkReadEntire", {.Caption = "Read message body."}};
 
     // Carry the names to the menu. A name that begins with "Item" counts as an unused row, whatever it names,
     // and hides the entry.

@@ -48,6 +48,47 @@ Program::Program(Platform& platform)
                         .mnuCustom = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
                         .LoadOfficeList = [this] { launchLists_.LoadOfficeList(); },
                         .LoadFavouritesList = [this] { launchLists_.LoadFavouritesList(); }}),
+      mailSettings_({.settings = settings_,
+                     .IniFile = IniFile_,
+                     .MainKey = main_.MainKey,
+                     .TxtServer = options_.TxtServer,
+                     .TxtUser = options_.TxtUser,
+                     .TxtPass = options_.TxtPass,
+                     .TxtChkInterval = options_.TxtChkInterval,
+                     .chkReadEntire = options_.chkReadEntire,
+                     .TmrMail = main_.TmrMail,
+                     .MailInterval = main_.MailInterval,
+                     .ReadEntire = main_.ReadEntire}),
+      mailCheck_({.winsocks = platform.winsocks,
+                  .dialogs = platform.dialogs,
+                  .TxtServer = options_.TxtServer,
+                  .TxtUser = options_.TxtUser,
+                  .TxtPass = options_.TxtPass,
+                  .TmrMail = main_.TmrMail,
+                  .mnuCheckMail = main_.menu("mnuCheckMail"),
+                  .MailInterval = main_.MailInterval,
+                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                  .IsConnected =
+                      [this] {
+                          const auto links = platform_.link.connections();
+                          return links && !links->empty() && links->front() == LinkState::connected;
+                      },
+                  .checkFavourites = [this] { favouritesCheck_.run(); },
+                  .AnnounceNewMail = [this] { mailReader_.AnnounceNewMail(); },
+                  .FillMailCombo = [this] { mailReader_.FillMailCombo(); },
+                  .showMainWindow = [this] { main_.setVisible(true); }}),
+      favouritesCheck_({.inets = platform.inets,
+                        .clock = platform.clock,
+                        .comFavouriteURL = options_.comFavouriteURL,
+                        .mnuCustom = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+                        .MailLoopIndex = mailCheck_.MailLoopIndex}),
+      mailReader_({.messages = mailCheck_.MailMessages,
+                   .comMail = main_.comMail,
+                   .cmdReadMsg = main_.cmdReadMsg,
+                   .mnuEMessages = main_.menu("mnuEMessages"),
+                   .ReadEntire = main_.ReadEntire,
+                   .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                   .showPanel = [this] { main_.showPanel(3); }}),
       launchLists_(
           {.files = platform.files,
            .applicationFolder = platform.application.Path(),
@@ -96,6 +137,9 @@ Program::Program(Platform& platform)
                           .Main = main_,
                           .SetAgent = [this] { character_.SetAgent(); },
                           .releaseWordApp = {}}) {
+    main_.steps.ReadMailSettings = [this] { mailSettings_.ReadMailSettings(); };
+    main_.steps.clearMailTimer = [this] { mailCheck_.clearMailTimer(); };
+    main_.windowSteps.ReadMail_2 = [this] { mailReader_.cmdReadMsg_Click(); };
     main_.steps.SetAccessoriesMnu = [this] { options_.Load(); };
     main_.steps.loadLaunchLists = [this] {
         launchLists_.LoadOfficeList();
@@ -132,7 +176,7 @@ void Program::connectCommands() {
     actions.mnuWordpad_Click = entry("mnuWordpad");
     actions.startWord = entry("mnuOpenWord");
     actions.newDocument = entry("mnuNewDoc");
-    actions.Check_Mail = entry("mnuCheckMail");
+    actions.Check_Mail = [this] { mailCheck_.Check_Mail(); };
     actions.MnuEMail_Click = entry("mnuEMail");
     actions.mnuMessengerOpen_Click = entry("mnuMessengerOpen");
     actions.tellJoke = entry("mnuJokeTell");
