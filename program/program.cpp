@@ -68,11 +68,7 @@ Program::Program(Platform& platform)
                   .mnuCheckMail = main_.menu("mnuCheckMail"),
                   .MailInterval = main_.MailInterval,
                   .Character = [this]() -> AgentCharacter& { return *character_.Character; },
-                  .IsConnected =
-                      [this] {
-                          const auto links = platform_.link.connections();
-                          return links && !links->empty() && links->front() == LinkState::connected;
-                      },
+                  .IsConnected = [this] { return dialUp_.IsConnected(); },
                   .checkFavourites = [this] { favouritesCheck_.run(); },
                   .AnnounceNewMail = [this] { mailReader_.AnnounceNewMail(); },
                   .FillMailCombo = [this] { mailReader_.FillMailCombo(); },
@@ -122,6 +118,10 @@ Program::Program(Platform& platform)
                   .machine = platform.machine,
                   .Character = [this]() -> AgentCharacter& { return *character_.Character; },
                   .show = [this] { main_.showPanel(0); }}),
+      dialUp_({.link = platform.link,
+               .dialogs = platform.dialogs,
+               .loop = platform.loop,
+               .mnuIntConnect = main_.menu("mnuIntConnect")}),
       dispatch_({.AgentCtrl = platform.agent,
                  .host = character_,
                  .dialogs = platform.dialogs,
