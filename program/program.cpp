@@ -44,10 +44,26 @@ Program::Program(Platform& platform)
                   .mnuHide = main_.menu("mnuHide"),
                   .UnloadForms = [this] { startUp_.UnloadForms(); },
                   .popUpMainMenu = [this] { main_.PopupMenu(main_.menu("MnuMain")); }}),
-      options_(forms_, {.mnuOffice = [this](int index) -> Menu& { return main_.menu("mnuOffice", index); },
-                        .mnuCustom = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+      options_(forms_, {.files = platform.files,
+                        .settings = settings_,
+                        .IniFile = IniFile_,
+                        .applicationFolder = platform.application.Path(),
+                        .dialogs = platform.dialogs,
+                        .fileDialogs = main_.fileDialogs,
+                        .menu = [this](std::string_view name, std::optional<int> index) -> Menu& {
+                            return main_.menu(name, index);
+                        },
+                        .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                        .MainKey = main_.MainKey,
+                        .TmrMail = main_.TmrMail,
+                        .TimerJoke = main_.TimerJoke,
+                        .MailInterval = main_.MailInterval,
+                        .ReadEntire = main_.ReadEntire,
+                        .ReadMailSettings = [this] { mailSettings_.ReadMailSettings(); },
                         .LoadOfficeList = [this] { launchLists_.LoadOfficeList(); },
-                        .LoadFavouritesList = [this] { launchLists_.LoadFavouritesList(); }}),
+                        .SaveOfficeList = [this] { launchLists_.SaveOfficeList(); },
+                        .LoadFavouritesList = [this] { launchLists_.LoadFavouritesList(); },
+                        .SaveFavouritesList = [this] { launchLists_.SaveFavouritesList(); }}),
       mailSettings_({.settings = settings_,
                      .IniFile = IniFile_,
                      .MainKey = main_.MainKey,
@@ -140,7 +156,7 @@ Program::Program(Platform& platform)
     main_.steps.ReadMailSettings = [this] { mailSettings_.ReadMailSettings(); };
     main_.steps.clearMailTimer = [this] { mailCheck_.clearMailTimer(); };
     main_.windowSteps.ReadMail_2 = [this] { mailReader_.cmdReadMsg_Click(); };
-    main_.steps.SetAccessoriesMnu = [this] { options_.Load(); };
+    main_.steps.SetAccessoriesMnu = [this] { options_.SetAccessoriesMnu(); };
     main_.steps.loadLaunchLists = [this] {
         launchLists_.LoadOfficeList();
         launchLists_.LoadFavouritesList();
