@@ -30,8 +30,8 @@ long Machine::dial(std::string_view kinds) {
 }
 
 Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link_) {
-    return {loop,  application, files, settings, machineSettings, clock, random,
-            boxes, shell,       tray,  pointer,  agent,           inets, link_};
+    return {loop,  application, files,   settings, machineSettings, clock, random, boxes,
+            shell, tray,        pointer, agent,    winsocks,        inets, link_};
 }
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "hosts/options.h"
+#include "hosts/unreachable_winsocks.h"
 #include "platform/boxes.h"
 #include "platform/curl/curl_inets.h"
 #include "platform/ini_settings_file.h"
@@ -42,6 +43,7 @@ struct Machine {
     std::uint64_t seed;
     SeededRandom random{seed};
     Boxes boxes{loop};
+    UnreachableWinsocks winsocks;
     curl::CurlInets inets{
         {.loop = loop,
          .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },

@@ -13,6 +13,7 @@
 #include "platform/random.h"
 #include "platform/settings_file.h"
 #include "platform/shell.h"
+#include "platform/winsock.h"
 
 namespace velmora {
 
@@ -30,6 +31,7 @@ struct Platform {
     Tray& tray;
     Pointer& pointer;
     AgentControl& agent;
+    Winsocks& winsocks;
     Inets& inets;
     Link& link;
 };

@@ -75,6 +75,32 @@ Program::Program(Platform& platform)
                      .TmrMail = main_.TmrMail,
                      .MailInterval = main_.MailInterval,
                      .ReadEntire = main_.ReadEntire}),
+      mailCheck_({.winsocks = platform.winsocks,
+                  .dialogs = platform.dialogs,
+                  .TxtServer = options_.TxtServer,
+                  .TxtUser = options_.TxtUser,
+                  .TxtPass = options_.TxtPass,
+                  .TmrMail = main_.TmrMail,
+                  .mnuCheckMail = main_.menu("mnuCheckMail"),
+                  .MailInterval = main_.MailInterval,
+                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                  .IsConnected = [this] { return dialUp_.IsConnected(); },
+                  .checkFavourites = [this] { favouritesCheck_.run(); },
+                  .AnnounceNewMail = [this] { mailReader_.AnnounceNewMail(); },
+                  .FillMailCombo = [this] { mailReader_.FillMailCombo(); },
+                  .showMainWindow = [this] { main_.setVisible(true); }}),
+      favouritesCheck_({.inets = platform.inets,
+                        .clock = platform.clock,
+                        .comFavouriteURL = options_.comFavouriteURL,
+                        .mnuCustom = [this](int index) -> Menu& { return main_.menu("mnuCustom", index); },
+                        .MailLoopIndex = mailCheck_.MailLoopIndex}),
+      mailReader_({.messages = mailCheck_.MailMessages,
+                   .comMail = main_.comMail,
+                   .cmdReadMsg = main_.cmdReadMsg,
+                   .mnuEMessages = main_.menu("mnuEMessages"),
+                   .ReadEntire = main_.ReadEntire,
+                   .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                   .showPanel = [this] { main_.showPanel(3); }}),
       launchLists_(
           {.files = platform.files,
            .applicationFolder = platform.application.Path(),
@@ -128,6 +154,8 @@ Program::Program(Platform& platform)
                           .SetAgent = [this] { character_.SetAgent(); },
                           .releaseWordApp = {}}) {
     main_.steps.ReadMailSettings = [this] { mailSettings_.ReadMailSettings(); };
+    main_.steps.clearMailTimer = [this] { mailCheck_.clearMailTimer(); };
+    main_.windowSteps.ReadMail_2 = [this] { mailReader_.cmdReadMsg_Click(); };
     main_.steps.SetAccessoriesMnu = [this] { options_.SetAccessoriesMnu(); };
     main_.steps.loadLaunchLists = [this] {
         launchLists_.LoadOfficeList();
@@ -164,7 +192,7 @@ void Program::connectCommands() {
     actions.mnuWordpad_Click = entry("mnuWordpad");
     actions.startWord = entry("mnuOpenWord");
     actions.newDocument = entry("mnuNewDoc");
-    actions.Check_Mail = entry("mnuCheckMail");
+    actions.Check_Mail = [this] { mailCheck_.Check_Mail(); };
     actions.MnuEMail_Click = entry("mnuEMail");
     actions.mnuMessengerOpen_Click = entry("mnuMessengerOpen");
     actions.tellJoke = entry("mnuJokeTell");

@@ -17,6 +17,9 @@
 #include "desktop/launch_lists.h"
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
+#include "mail/favourites_check.h"
+#include "mail/mail_check.h"
+#include "mail/mail_reader.h"
 #include "mail/mail_settings.h"
 #include "options/frm_options.h"
 #include "platform/form.h"
@@ -46,6 +49,8 @@ public:
     CommandLists& commandLists() { return commandLists_; }
     FrmOptions& options() { return options_; }
     MailSettings& mailSettings() { return mailSettings_; }
+    MailCheck& mailCheck() { return mailCheck_; }
+    MailReader& mailReader() { return mailReader_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
     DialUpConnection& dialUp() { return dialUp_; }
@@ -65,6 +70,9 @@ private:
     CharacterHost character_;
     FrmOptions options_;
     MailSettings mailSettings_;
+    MailCheck mailCheck_;
+    FavouritesCheck favouritesCheck_;
+    MailReader mailReader_;
     LaunchLists launchLists_;
     Accessories accessories_;
     OpenPanel openPanel_;

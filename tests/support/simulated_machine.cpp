@@ -23,6 +23,10 @@ void SimulatedMachine::users(const std::string& folder, const std::vector<std::s
     files.put(path(folder, UserList::fileName), UserList::encode(entries));
 }
 
+SimulatedMailbox& SimulatedMachine::pop3(const std::string& host, std::vector<std::string> messages) {
+    return *mailboxes_.emplace_back(std::make_unique<SimulatedMailbox>(network, host, std::move(messages)));
+}
+
 SimulatedProgram& SimulatedMachine::start(const std::string& folder) {
     files.createFolder(folder);
     programs_.push_back(std::make_unique<SimulatedProgram>(*this, folder));

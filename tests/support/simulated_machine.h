@@ -11,6 +11,8 @@
 #include "tests/support/in_memory_files.h"
 #include "tests/support/simulated_inets.h"
 #include "tests/support/simulated_link.h"
+#include "tests/support/simulated_mailbox.h"
+#include "tests/support/simulated_sockets.h"
 
 namespace velmora {
 
@@ -25,6 +27,7 @@ public:
     ~SimulatedMachine();
 
     InMemoryFiles files;
+    SimulatedNetwork network;
 
     /// What every program on this machine finds on the web, and the machine's way there, which is up.
     SimulatedWeb web;
@@ -35,6 +38,9 @@ public:
                  std::string_view value, const std::string& file = "Velmora.ini");
     /// Writes the user list of the folder.
     void users(const std::string& folder, const std::vector<std::string>& entries);
+
+    /// A mail server at that host, with these messages.
+    SimulatedMailbox& pop3(const std::string& host, std::vector<std::string> messages = {});
 
     /// The local time at which the machine's clock starts: 2026-03-05 09:05:00 if not set.
     DateTime startsAt{std::chrono::year{2026} / 3 / 5, std::chrono::hours(9) + std::chrono::minutes(5)};
@@ -60,6 +66,7 @@ private:
 
     std::chrono::milliseconds now_{0};
     std::map<std::string, const SimulatedProgram*> locks_;  ///< by folder: the running copy
+    std::vector<std::unique_ptr<SimulatedMailbox>> mailboxes_;
     std::vector<std::unique_ptr<SimulatedProgram>> programs_;
 };
 

@@ -97,6 +97,7 @@ private:
     SimulatedMachine& machine_;
     std::string folder_;
 
+    std::deque<std::function<void()>> inbox_;
     std::ostringstream out_;
     LinePrinter printer_{out_};
     Loop loop_{*this};
@@ -107,6 +108,8 @@ private:
     TerminalShell shell_{printer_, nullptr};
     TerminalTray tray_{printer_, nullptr};
     TerminalPointer pointer_;
+    SimulatedWinsocks winsocks_{machine_.network,
+                                [this](std::function<void()> call) { inbox_.push_back(std::move(call)); }};
     SimulatedInets inets_{loop_, machine_.web};
     TerminalLink link_{printer_, machine_.link};
     SimulatedStage* stage_ = nullptr;
@@ -115,7 +118,6 @@ private:
     Program program_;
     Reporter reporter_;
 
-    std::deque<std::function<void()>> inbox_;
     std::optional<std::chrono::milliseconds> wakeAt_{std::chrono::milliseconds(0)};
     bool cut_ = false;
     bool ended_ = false;
