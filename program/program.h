@@ -21,6 +21,7 @@
 #include "mail/mail_check.h"
 #include "mail/mail_reader.h"
 #include "mail/mail_settings.h"
+#include "messenger/frm_profile.h"
 #include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
@@ -54,6 +55,7 @@ public:
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
     DialUpConnection& dialUp() { return dialUp_; }
+    frmProfile& profile() { return profile_; }
 
 private:
     void connectCommands();
@@ -78,6 +80,7 @@ private:
     OpenPanel openPanel_;
     WebSearch webSearch_;
     DialUpConnection dialUp_;
+    frmProfile profile_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;
