@@ -24,8 +24,8 @@ std::string Machine::charactersFolder(const std::string& package) const {
 }
 
 Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent) {
-    return {loop,   application, files, settings, machineSettings, clock,
-            random, boxes,       shell, tray,     pointer,         agent};
+    return {loop,     application, files, settings, machineSettings, clock, random,
+            regional, boxes,       shell, tray,     pointer,         agent};
 }
 
 }  // namespace velmora

@@ -13,6 +13,7 @@
 #include "platform/posix/posix_files.h"
 #include "platform/posix/system_clock.h"
 #include "platform/qt/qt_loop_host.h"
+#include "platform/qt/qt_regional.h"
 
 namespace velmora {
 
@@ -38,6 +39,7 @@ struct Machine {
     /// from the other.
     std::uint64_t seed;
     SeededRandom random{seed};
+    PatternRegional regional{qt::regionalForm(QLocale::system())};
     Boxes boxes{loop};
 
     /// Name of the default character's package, and the folder in which a package lies.

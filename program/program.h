@@ -17,6 +17,9 @@
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
 #include "options/frm_options.h"
+#include "organiser/alarm.h"
+#include "organiser/frm_alarm.h"
+#include "organiser/frm_calender.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 
@@ -45,9 +48,12 @@ public:
     FrmOptions& options() { return options_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
+    Alarm& alarm() { return alarm_; }
+    FrmCalender& calender() { return calender_; }
 
 private:
     void connectCommands();
+    void connectOrganiser();
 
     Platform& platform_;
     Forms forms_;
@@ -64,6 +70,9 @@ private:
     Accessories accessories_;
     OpenPanel openPanel_;
     WebSearch webSearch_;
+    Alarm alarm_;
+    FrmAlarm frmAlarm_;
+    FrmCalender calender_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;
