@@ -21,7 +21,7 @@ std::optional<DateTime> AppointmentList::read(const std::string& record) const {
     const auto fields = appointmentFields(record);
     if (!fields) return std::nullopt;
     try {
-        return regional_.toDateTime(fields->date);
+        return regional_->toDateTime(fields->date);
     } catch (const Failure&) {
         return std::nullopt;
     }

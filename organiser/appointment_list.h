@@ -18,7 +18,7 @@ public:
     static constexpr std::size_t lastIndex = INT16_MAX;
 
     /// `regional` outlives the list.
-    explicit AppointmentList(const Regional& regional) : regional_(regional) {}
+    explicit AppointmentList(const Regional& regional) : regional_(&regional) {}
 
     void Add(std::string record) { entries_.push_back({std::move(record), {}}); }
     std::size_t Count() const { return entries_.size(); }
@@ -45,7 +45,7 @@ private:
 
     std::optional<DateTime> read(const std::string& record) const;
 
-    const Regional& regional_;
+    const Regional* regional_;
     mutable std::vector<Entry> entries_;
 };
 

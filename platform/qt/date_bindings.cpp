@@ -1,10 +1,8 @@
 #include "platform/qt/date_bindings.h"
 
 #include <QDate>
-#include <QGuiApplication>
 #include <QTextCharFormat>
 #include <QTime>
-#include <utility>
 
 #include "base/conversions.h"
 #include "platform/qt/qt_regional.h"
@@ -59,18 +57,20 @@ void DTPickerBinding::show() {
     }
 }
 
-// A press on a day chooses it, and its release is the click: together they are one choice, whereas a click on
-// the chosen day, which changes nothing, is a choice too.
+// A click on another day changes the selection first, in the same event: together they are one choice,
+// whereas a click on the chosen day, which changes nothing, is a choice too.
 MonthViewBinding::MonthViewBinding(MonthView& model, QCalendarWidget& widget, Loop& loop)
     : BindingOf(model, widget, loop) {
     allowAllDates(widget);
     QObject::connect(&widget, &QCalendarWidget::selectionChanged, context(), [this] {
         if (!listening()) return;
-        chosenByPress_ = QGuiApplication::mouseButtons() != Qt::NoButton;
         chosen(widget_.selectedDate());
+        justChosen_ = true;
+        QMetaObject::invokeMethod(
+            context(), [this] { justChosen_ = false; }, Qt::QueuedConnection);
     });
     QObject::connect(&widget, &QCalendarWidget::clicked, context(), [this](QDate date) {
-        if (!std::exchange(chosenByPress_, false)) chosen(date);
+        if (!justChosen_) chosen(date);
     });
 }
 

@@ -27,7 +27,7 @@ private:
     void mark();
     void chosen(QDate date);
 
-    bool chosenByPress_ = false;
+    bool justChosen_ = false;
     std::vector<std::chrono::year_month_day> marked_;  // as the widget has them
 };
 

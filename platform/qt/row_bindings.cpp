@@ -121,8 +121,11 @@ ListViewBinding::ListViewBinding(ListView& model, QAbstractItemView& widget, Loo
     QObject::connect(&widget, &QAbstractItemView::clicked, context(),
                      [this](const QModelIndex& index) { released(RowsModel::number(index)); });
     widget.setContextMenuPolicy(Qt::CustomContextMenu);
-    QObject::connect(&widget, &QWidget::customContextMenuRequested, context(),
-                     [this](const QPoint& place) { released(RowsModel::number(widget_.indexAt(place))); });
+    QObject::connect(&widget, &QWidget::customContextMenuRequested, context(), [this](const QPoint& place) {
+        // By keyboard it comes from no place of the mouse, but is meant for the row that is chosen.
+        const bool byMouse = QGuiApplication::mouseButtons() != Qt::NoButton;
+        released(RowsModel::number(byMouse ? widget_.indexAt(place) : widget_.currentIndex()));
+    });
 }
 
 void ListViewBinding::released(int number) {

@@ -142,10 +142,11 @@ TEST_F(OrganiserView, DayIsChosenByKeyboardAndTheChosenDayByAClick) {
     grid.setFocus();
     QTest::keyClick(&grid, Qt::Key_Right);
     EXPECT_EQ(calender.Calender.mainValue(), "2026-03-06");
+    host.serve(0ms);
     QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(grid.currentIndex()).center());
     EXPECT_EQ(choices, 2);
-    const QPoint nextDay = grid.visualRect(grid.currentIndex().siblingAtColumn(0)).center();
-    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, nextDay);
+    const QPoint otherDay = grid.visualRect(grid.currentIndex().siblingAtColumn(0)).center();
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, otherDay);
     EXPECT_EQ(choices, 3);
 }
 
