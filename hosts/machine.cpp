@@ -30,8 +30,22 @@ long Machine::dial(std::string_view kinds) {
 }
 
 Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link_) {
-    return {loop,  application, files,   settings, machineSettings, clock, random, boxes,
-            shell, tray,        pointer, agent,    winsocks,        inets, link_};
+    return {.loop = loop,
+            .application = application,
+            .files = files,
+            .settings = settings,
+            .machine = machineSettings,
+            .clock = clock,
+            .random = random,
+            .regional = regional,
+            .dialogs = boxes,
+            .shell = shell,
+            .tray = tray,
+            .pointer = pointer,
+            .agent = agent,
+            .winsocks = winsocks,
+            .inets = inets,
+            .link = link_};
 }
 
 }  // namespace velmora

@@ -17,6 +17,7 @@
 #include "platform/posix/system_link.h"
 #include "platform/qt/network_manager.h"
 #include "platform/qt/qt_loop_host.h"
+#include "platform/qt/qt_regional.h"
 
 namespace velmora {
 
@@ -42,6 +43,7 @@ struct Machine {
     /// from the other.
     std::uint64_t seed;
     SeededRandom random{seed};
+    PatternRegional regional{qt::regionalForm(QLocale::system())};
     Boxes boxes{loop};
     UnreachableWinsocks winsocks;
     curl::CurlInets inets{

@@ -51,9 +51,9 @@ protected:
     /// The form begins to load.
     virtual void formLoads() {}
 
-private:
     bool usable() const { return Enabled.peek() && Visible.peek(); }
 
+private:
     Form& form_;
 };
 

@@ -170,10 +170,21 @@ bool DTPicker::typed(std::string_view text) {
     } catch (const Failure&) {
         return false;
     }
-    if (value == Value.peek()) return true;
+    if (value == Value.peek() && !countsTheSame()) return true;
     Value.adopt(value);
     Change.raise();
     return true;
+}
+
+void MonthView::setMarked(std::vector<std::chrono::year_month_day> days) {
+    touch();
+    marked_ = std::move(days);
+    refreshView();
+}
+
+void MonthView::reset() {
+    DTPicker::reset();
+    marked_.clear();
 }
 
 std::string propertyText(const DateTime& value) {

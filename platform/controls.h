@@ -20,8 +20,10 @@ namespace velmora {
 //   combo: row                Click                        Click
 //   check box, option button  Click, if the value differs  Click
 //   button, picture                                        Click
-//   list, tree                                             Click
-//   calendar, picker          nothing                      Change
+//   list                                                   Click, MouseUp
+//   tree                                                   Click
+//   calendar                  nothing                      Change
+//   picker                    nothing                      Change, if the value differs
 //   tabs, image combo         nothing                      Click
 //
 // Designs are flat and have an initialiser for every member, so that a form names only what it means.
@@ -282,14 +284,27 @@ public:
 
 protected:
     bool typed(std::string_view text) override;
+    /// Whether a person who gives the value that is there already has done something.
+    virtual bool countsTheSame() const { return false; }
 };
 
-/// A month on view, with one date chosen.
+/// A month on view, with one date chosen. The date that is chosen can be chosen again.
 class MonthView : public DTPicker {
 public:
     MonthView(Form& form, std::string_view name, const Design& design = {}, std::optional<int> index = {})
         : DTPicker(form, name, design, index) {}
     std::string_view kind() const override { return "MonthView"; }
+
+    /// The days that stand out from the others, each once; none when the form loads.
+    void setMarked(std::vector<std::chrono::year_month_day> days);
+    const std::vector<std::chrono::year_month_day>& marked() const { return marked_; }
+
+protected:
+    bool countsTheSame() const override { return true; }
+    void reset() override;
+
+private:
+    std::vector<std::chrono::year_month_day> marked_;
 };
 
 std::string propertyText(const DateTime& value);

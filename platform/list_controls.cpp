@@ -125,6 +125,12 @@ bool RowControl::selected(int row) {
     return true;
 }
 
+bool ListView::selected(int row) {
+    if (!RowControl::selected(row)) return false;
+    MouseUp.raise();
+    return true;
+}
+
 void RowControl::reset() {
     Control::reset();
     rows_.reset();

@@ -105,7 +105,16 @@ class ListView : public RowControl {
 public:
     ListView(Form& form, std::string_view name, const Design& design = {}, std::optional<int> index = {})
         : RowControl(form, name, design, index) {}
+
+    /// A mouse button was let go over a row, or the row's menu was asked for by keyboard. Arrow keys choose a
+    /// row without it.
+    Event MouseUp;
+    /// What the arrow keys do: chooses the row, as `select` does, but no button is let go.
+    bool moveTo(int row) { return usable() && RowControl::selected(row); }
     std::string_view kind() const override { return "ListView"; }
+
+protected:
+    bool selected(int row) override;
 };
 
 /// A tree: each row names its parent's key.

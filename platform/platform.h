@@ -11,6 +11,7 @@
 #include "platform/machine_settings.h"
 #include "platform/pointer.h"
 #include "platform/random.h"
+#include "platform/regional.h"
 #include "platform/settings_file.h"
 #include "platform/shell.h"
 #include "platform/winsock.h"
@@ -26,6 +27,7 @@ struct Platform {
     const MachineSettings& machine;
     Clock& clock;
     Random& random;
+    const Regional& regional;
     Dialogs& dialogs;
     Shell& shell;
     Tray& tray;

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace velmora {
@@ -45,8 +46,17 @@ public:
     void reset();
 
 private:
+    void noteKeys();
+
+    /// Lets a set of strings be asked for a view of one.
+    struct KeyHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view key) const { return std::hash<std::string_view>{}(key); }
+    };
+
     std::vector<Row> designed_;
     std::vector<Row> rows_;
+    std::unordered_set<std::string, KeyHash, std::equal_to<>> keys_;
     std::function<void()> changed_;
 };
 

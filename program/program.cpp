@@ -157,6 +157,32 @@ Program::Program(Platform& platform)
                         .MainKey = main_.MainKey,
                         .UID = main_.UID,
                         .NickName = main_.NickName}),
+      alarm_({.AlarmTPick = main_.AlarmTPick,
+              .txtAlarmEvent = main_.txtAlarmEvent,
+              .cmdAlarmSet = main_.cmdAlarmSet,
+              .cmdAlarmOptions = main_.cmdAlarmOptions,
+              .mnuAlarm = main_.menu("mnuAlarm"),
+              .clock = platform.clock,
+              .regional = platform.regional,
+              .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+              .AgentVisible = [this] { character_.AgentVisible(); },
+              .showOptions = [this] { frmAlarm_.Show(); },
+              .show = [this] { main_.showPanel(2); }}),
+      frmAlarm_(forms_, {.alarm = alarm_,
+                         .txtAlarmEvent = main_.txtAlarmEvent,
+                         .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                         .AgentVisible = [this] { character_.AgentVisible(); }}),
+      calender_(forms_,
+                {.settings = settings_,
+                 .IniFile = IniFile_,
+                 .files = platform.files,
+                 .applicationFolder = platform.application.Path(),
+                 .clock = platform.clock,
+                 .regional = platform.regional,
+                 .dialogs = platform.dialogs,
+                 .FileExists = [this](const std::string& file) { return FileExists(platform_.files, file); },
+                 .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                 .AgentVisible = [this] { character_.AgentVisible(); }}),
       dispatch_({.AgentCtrl = platform.agent,
                  .host = character_,
                  .dialogs = platform.dialogs,
@@ -183,10 +209,19 @@ Program::Program(Platform& platform)
     main_.steps.clearRequests = [this] { character_.clearRequests(); };
     character_.steps.showProfile = [this] { profile_.Show(); };
     connectCommands();
+    connectOrganiser();
 }
 
 void Program::start() {
     platform_.loop.post([this] { startUp_.Main(); });
+}
+
+void Program::connectOrganiser() {
+    main_.steps.clearAlarm = [this] { alarm_.clear(); };
+    main_.steps.hideCalenderOutlookMenu = [this] { calender_.hideOutlookMenu(); };
+    main_.windowSteps.checkAlarm = [this] { alarm_.check(); };
+    main_.windowSteps.showCalender = [this] { calender_.setVisible(true); };
+    character_.steps.CheckTodaysApps = [this] { calender_.CheckTodaysApps(); };
 }
 
 void Program::connectCommands() {

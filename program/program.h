@@ -23,6 +23,9 @@
 #include "mail/mail_settings.h"
 #include "messenger/frm_profile.h"
 #include "options/frm_options.h"
+#include "organiser/alarm.h"
+#include "organiser/frm_alarm.h"
+#include "organiser/frm_calender.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 
@@ -56,9 +59,12 @@ public:
     WebSearch& webSearch() { return webSearch_; }
     DialUpConnection& dialUp() { return dialUp_; }
     frmProfile& profile() { return profile_; }
+    Alarm& alarm() { return alarm_; }
+    FrmCalender& calender() { return calender_; }
 
 private:
     void connectCommands();
+    void connectOrganiser();
 
     Platform& platform_;
     Forms forms_;
@@ -81,6 +87,9 @@ private:
     WebSearch webSearch_;
     DialUpConnection dialUp_;
     frmProfile profile_;
+    Alarm alarm_;
+    FrmAlarm frmAlarm_;
+    FrmCalender calender_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;

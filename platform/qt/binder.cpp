@@ -1,6 +1,7 @@
 #include "platform/qt/binder.h"
 
 #include <QAbstractItemView>
+#include <QMenuBar>
 #include <algorithm>
 #include <array>
 #include <set>
@@ -45,7 +46,7 @@ const std::array kinds{
     kind<ComboBoxBinding>("ComboBox"),
     kind<DTPickerBinding>("DTPicker"),
     kind<MonthViewBinding>("MonthView"),
-    kind<ItemViewBinding>("ListView"),
+    kind<ListViewBinding>("ListView"),
     kind<TreeViewBinding>("TreeView"),
     kind<ImageComboBinding>("ImageCombo"),
     kind<TabStripBinding>("TabStrip"),
@@ -66,7 +67,8 @@ bool belongsToWindowAlone(const QWidget& widget) {
     // The parts that a widget is made of are not the window's.
     const QWidget* parent = widget.parentWidget();
     return qobject_cast<const QAbstractScrollArea*>(parent) || qobject_cast<const QCalendarWidget*>(parent) ||
-           qobject_cast<const QTabBar*>(parent);
+           qobject_cast<const QTabBar*>(parent) || qobject_cast<const QMenuBar*>(parent) ||
+           qobject_cast<const QMenu*>(&widget);
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "platform/qt/date_bindings.h"
 
 #include <QDate>
+#include <QTextCharFormat>
 #include <QTime>
 
 #include "base/conversions.h"
+#include "platform/qt/qt_regional.h"
 
 namespace velmora::qt {
 namespace {
@@ -36,6 +38,8 @@ void allowAllDates(Widget& widget) {
 DTPickerBinding::DTPickerBinding(DTPicker& model, QDateTimeEdit& widget, Loop& loop)
     : BindingOf(model, widget, loop) {
     if (model.Shows == PickerKind::date) allowAllDates(widget);
+    // Seconds that are not on view would still be part of the time that a person has set.
+    if (model.Shows == PickerKind::time) widget.setDisplayFormat(timePattern(widget.locale()));
     QObject::connect(&widget, &QDateTimeEdit::dateTimeChanged, context(), [this] {
         enter([this] {
             model_.type(model_.Shows == PickerKind::time ? typedText(widget_.time())
@@ -53,16 +57,40 @@ void DTPickerBinding::show() {
     }
 }
 
+// A click on another day changes the selection first, in the same event: together they are one choice,
+// whereas a click on the chosen day, which changes nothing, is a choice too.
 MonthViewBinding::MonthViewBinding(MonthView& model, QCalendarWidget& widget, Loop& loop)
     : BindingOf(model, widget, loop) {
     allowAllDates(widget);
-    QObject::connect(&widget, &QCalendarWidget::selectionChanged, context(),
-                     [this] { enter([this] { model_.type(typedText(widget_.selectedDate())); }); });
+    QObject::connect(&widget, &QCalendarWidget::selectionChanged, context(), [this] {
+        if (!listening()) return;
+        chosen(widget_.selectedDate());
+        justChosen_ = true;
+        QMetaObject::invokeMethod(
+            context(), [this] { justChosen_ = false; }, Qt::QueuedConnection);
+    });
+    QObject::connect(&widget, &QCalendarWidget::clicked, context(), [this](QDate date) {
+        if (!justChosen_) chosen(date);
+    });
+}
+
+void MonthViewBinding::chosen(QDate date) {
+    enter([&] { model_.type(typedText(date)); });
 }
 
 void MonthViewBinding::show() {
     const QDate date = toQDate(model_.Value.peek().date);
     if (widget_.selectedDate() != date) widget_.setSelectedDate(date);
+    if (marked_ != model_.marked()) mark();
+}
+
+void MonthViewBinding::mark() {
+    QTextCharFormat standsOut;
+    standsOut.setFontWeight(QFont::Black);
+    standsOut.setFontUnderline(true);
+    widget_.setDateTextFormat({}, {});
+    marked_ = model_.marked();
+    for (const auto& day : marked_) widget_.setDateTextFormat(toQDate(day), standsOut);
 }
 
 }  // namespace velmora::qt

@@ -17,12 +17,18 @@ private:
     void show() override;
 };
 
+/// A month; days that are marked stand out in bold and underlined, so that no colour has to tell them.
 class MonthViewBinding : public BindingOf<MonthView, QCalendarWidget> {
 public:
     MonthViewBinding(MonthView& model, QCalendarWidget& widget, Loop& loop);
 
 private:
     void show() override;
+    void mark();
+    void chosen(QDate date);
+
+    bool justChosen_ = false;
+    std::vector<std::chrono::year_month_day> marked_;  // as the widget has them
 };
 
 }  // namespace velmora::qt

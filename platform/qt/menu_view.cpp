@@ -10,13 +10,6 @@
 namespace velmora::qt {
 namespace {
 
-void addEntries(QMenu& into, const Menu& menu, Loop& loop);
-
-bool opensAnything(const Menu& menu) {
-    return std::any_of(menu.entries().begin(), menu.entries().end(),
-                       [](const Menu* entry) { return entry->Visible.peek() && !entry->separator(); });
-}
-
 QAction* addEntry(QMenu& into, Menu& entry, Loop& loop) {
     const QString caption = shown(entry.Caption.peek());
     if (entry.separator()) return into.addSeparator();
@@ -36,13 +29,18 @@ QAction* addEntry(QMenu& into, Menu& entry, Loop& loop) {
     return action;
 }
 
+}  // namespace
+
+bool opensAnything(const Menu& menu) {
+    return std::any_of(menu.entries().begin(), menu.entries().end(),
+                       [](const Menu* entry) { return entry->Visible.peek() && !entry->separator(); });
+}
+
 void addEntries(QMenu& into, const Menu& menu, Loop& loop) {
     for (Menu* entry : menu.entries()) {
         if (entry->Visible.peek()) addEntry(into, *entry, loop)->setObjectName(widgetName(*entry));
     }
 }
-
-}  // namespace
 
 MenuView::~MenuView() {
     close();

@@ -10,6 +10,13 @@
 
 namespace velmora::qt {
 
+/// Whether a menu has an entry to pick: one that is visible and no separator.
+bool opensAnything(const Menu& menu);
+
+/// Adds the menu's visible entries, as they are now, with those below them. Picking one clicks its model,
+/// which must be there as long as the entry is.
+void addEntries(QMenu& into, const Menu& menu, Loop& loop);
+
 /// Shows one menu at a time, as it is when it opens: what is hidden is left out, and no separator is left
 /// over.
 class MenuView {

@@ -101,7 +101,7 @@ void ItemViewBinding::clicked(int number) {
 }
 
 void ItemViewBinding::picked(int number) {
-    enter([&] { rows_.agrees(model_.peekRows().all(), number) && model_.select(number); });
+    enter([&] { rows_.agrees(model_.peekRows().all(), number) && pick(number); });
 }
 
 void ItemViewBinding::show() {
@@ -114,6 +114,25 @@ void ItemViewBinding::show() {
         widget_.verticalScrollBar()->setValue(place);
     }
     if (!chosen.isValid()) widget_.clearSelection();
+}
+
+ListViewBinding::ListViewBinding(ListView& model, QAbstractItemView& widget, Loop& loop)
+    : ItemViewBinding(model, widget, loop), list_(model) {
+    QObject::connect(&widget, &QAbstractItemView::clicked, context(),
+                     [this](const QModelIndex& index) { released(RowsModel::number(index)); });
+    widget.setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(&widget, &QWidget::customContextMenuRequested, context(), [this](const QPoint& place) {
+        // By keyboard it comes from no place of the mouse, but is meant for the row that is chosen.
+        const bool byMouse = QGuiApplication::mouseButtons() != Qt::NoButton;
+        released(RowsModel::number(byMouse ? widget_.indexAt(place) : widget_.currentIndex()));
+    });
+}
+
+void ListViewBinding::released(int number) {
+    enter([&] {
+        const bool chosen = number != 0 && number == list_.Selected.peek();
+        if (chosen && rows_.agrees(list_.peekRows().all(), number)) list_.MouseUp.raise();
+    });
 }
 
 TreeViewBinding::TreeViewBinding(TreeView& model, QTreeView& widget, Loop& loop)

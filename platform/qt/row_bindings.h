@@ -38,11 +38,26 @@ protected:
     RowsModel rows_;
 
 private:
+    virtual bool pick(int number) { return model_.select(number); }
     void picked(int number);
     void currentChanged(int number);
     void clicked(int number);
 
     bool chosenByPress_ = false;
+};
+
+/// A list whose rows tell of the mouse, too: the left button let go over one, the right button, and the key
+/// that asks for a menu.
+class ListViewBinding : public ItemViewBinding {
+public:
+    using Model = ListView;
+    ListViewBinding(ListView& model, QAbstractItemView& widget, Loop& loop);
+
+private:
+    bool pick(int number) override { return list_.moveTo(number); }
+    void released(int number);
+
+    ListView& list_;
 };
 
 /// A node is open until the person closes it, also when other nodes come and go.

@@ -6,6 +6,7 @@
 #include "platform/qt/binder.h"
 #include "platform/qt/form_window.h"
 #include "platform/qt/later.h"
+#include "platform/qt/menu_bar_view.h"
 #include "platform/qt/resources.h"
 #include "platform/qt/text.h"
 
@@ -19,6 +20,7 @@ public:
         view.setUp(*window_);
         window_->finish();
         binder_.emplace(form, *window_, form.forms().loop());
+        menuBars_.emplace(form, *window_, form.forms().loop());
         Loop& loop = form.forms().loop();
         window_->onClose = [&form, &loop] { loop.turn([&form] { form.close(); }); };
         window_->onMinimise = [&form, &loop](bool minimised) {
@@ -41,6 +43,7 @@ public:
         window_->onClose = {};
         window_->onMinimise = {};
         binder_->detach();
+        menuBars_->detach();
         form_.show(nullptr);
     }
 
@@ -57,6 +60,7 @@ private:
     bool attached_ = true;
     std::unique_ptr<FormWindow, DeleteLater> window_;
     std::optional<Binder> binder_;
+    std::optional<MenuBarView> menuBars_;
 };
 
 QtWindows::QtWindows(Forms& forms, std::span<const View> views)

@@ -36,14 +36,17 @@ TEST_F(TerminalTest, KnownUserIsGreetedByTheClockOfTheCommandLine) {
         session.readAnswer(),
         ElementsAre("form FrmSplash loaded", "form FrmSplash shown", "form FrmOptions loaded",
                     "tray add Velmora", "form FrmMain loaded", "character Merlin", "show", "play Wave",
-                    "speak Morning Ann. Morning Ann.", "play RestPose", "form FrmSplash unloaded", "ready"));
+                    "speak Morning Ann. Morning Ann.", "play RestPose", "form FrmCalender loaded",
+                    "play Read", "speak You have no appointments today. You have no appointments today.",
+                    "play ReadReturn", "form FrmSplash unloaded", "ready"));
     EXPECT_THAT(session.send("get LblClock"), ElementsAre("value 9:5", "ok"));
     EXPECT_THAT(session.send("skip 3600000"), ElementsAre("ok"));
     EXPECT_THAT(session.send("get lblclock.caption"), ElementsAre("value 10:5", "ok"));
     EXPECT_THAT(
         session.send("menu mnuExit"),
         ElementsAre("stopall", "play Confused", "speak Are we finished already? Are we finished already?",
-                    "hide", "form FrmOptions unloaded", "form FrmMain unloaded", "tray delete", "ok"));
+                    "hide", "form FrmCalender unloaded", "form FrmOptions unloaded", "form FrmMain unloaded",
+                    "tray delete", "ok"));
     EXPECT_THAT(session.readAnswer(), ElementsAre("bye"));
     EXPECT_EQ(session.exitStatus(), 0);
 }

@@ -45,12 +45,14 @@ TEST_F(Login, RightPasswordOpensThatUsersProfileAndTheDialogShowsOnceMoreMeanwhi
     machine.setting("/home", "User", "Name", "Ann", "Ann.ini");
     auto& program = machine.start("/home");
     logIn(program, "Ann", "pass:word");
-    EXPECT_THAT(program.takeLines(),
-                ElementsAre("form frmLogin hidden", "form frmLogin shown", "form FrmSplash loaded",
-                            "form FrmSplash shown", "form FrmOptions loaded", "tray add Velmora",
-                            "form FrmMain loaded", "character Merlin", "show", "play Wave",
-                            "speak Morning Ann. Morning Ann.", "play RestPose", "form FrmSplash unloaded",
-                            "form frmLogin unloaded"));
+    EXPECT_THAT(
+        program.takeLines(),
+        ElementsAre("form frmLogin hidden", "form frmLogin shown", "form FrmSplash loaded",
+                    "form FrmSplash shown", "form FrmOptions loaded", "tray add Velmora",
+                    "form FrmMain loaded", "character Merlin", "show", "play Wave",
+                    "speak Morning Ann. Morning Ann.", "play RestPose", "form FrmCalender loaded",
+                    "play Read", "speak You have no appointments today. You have no appointments today.",
+                    "play ReadReturn", "form FrmSplash unloaded", "form frmLogin unloaded"));
 }
 
 TEST_F(Login, UnknownNameIsMetWithSilenceAndAWrongPasswordWithABox) {
@@ -121,8 +123,8 @@ TEST_F(Login, TwoProgramsOfOneMachineKeepTheirOwnProfiles) {
     for (const char* folder : {"/one", "/two"}) machine.setting(folder, "Options", "Default", "True");
     auto& one = machine.start("/one");
     auto& two = machine.start("/two");
-    EXPECT_THAT(one.takeSaid(), ElementsAre("Morning Ann."));
-    EXPECT_THAT(two.takeSaid(), ElementsAre("Morning Bob."));
+    EXPECT_THAT(one.takeSaid(), Contains("Morning Ann."));
+    EXPECT_THAT(two.takeSaid(), Contains("Morning Bob."));
     one.menu("mnuExit");
     EXPECT_TRUE(one.ended());
     EXPECT_FALSE(two.ended());

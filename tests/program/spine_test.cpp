@@ -129,7 +129,8 @@ TEST_F(Spine, ExitSaysGoodbyeHidesAndEnds) {
     EXPECT_THAT(
         program.takeLines(),
         ElementsAre("stopall", "play Confused", "speak Are we finished already? Are we finished already?",
-                    "hide", "form FrmOptions unloaded", "form FrmMain unloaded", "tray delete"));
+                    "hide", "form FrmCalender unloaded", "form FrmOptions unloaded", "form FrmMain unloaded",
+                    "tray delete"));
 }
 
 TEST_F(Spine, FarewellIsTheCharactersOwn) {
@@ -322,7 +323,7 @@ TEST_F(Spine, DecipheredAccountComesBackAndAMissingOneIsMeaninglessButHarmless) 
 }
 
 TEST_F(Spine, ReadingSettingsNeverWritesAFile) {
-    startDefault("Ann").menu("mnuExit");
+    startDefault("Ann");
     EXPECT_EQ(machine.files.writes(), 2);  // the two settings of this test
 }
 

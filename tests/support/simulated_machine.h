@@ -33,10 +33,6 @@ public:
     SimulatedWeb web;
     SimulatedLink link;
 
-    /// What every program on this machine finds on the web, and the machine's way there, which is up.
-    SimulatedWeb web;
-    SimulatedLink link;
-
     /// Sets a key of a settings file in the folder, before a program starts.
     void setting(const std::string& folder, std::string_view section, std::string_view key,
                  std::string_view value, const std::string& file = "Velmora.ini");

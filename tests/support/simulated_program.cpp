@@ -34,8 +34,22 @@ SimulatedProgram::SimulatedProgram(SimulatedMachine& machine, std::string folder
                       stage_ = stage.get();
                       return Actor{machine_.character, std::move(stage)};
                   }}),
-      platform_{loop_,  *this, machine_.files, settings_, machineSettings_, *this,  random_, boxes_,
-                shell_, tray_, pointer_,       agent_,    winsocks_,        inets_, link_},
+      platform_{.loop = loop_,
+                .application = *this,
+                .files = machine_.files,
+                .settings = settings_,
+                .machine = machineSettings_,
+                .clock = *this,
+                .random = random_,
+                .regional = regional_,
+                .dialogs = boxes_,
+                .shell = shell_,
+                .tray = tray_,
+                .pointer = pointer_,
+                .agent = agent_,
+                .winsocks = winsocks_,
+                .inets = inets_,
+                .link = link_},
       program_(platform_),
       reporter_(printer_, program_.forms(), boxes_, agent_) {
     boxes_.add(*this);

@@ -20,6 +20,7 @@
 #include "platform/engine/engine_agent.h"
 #include "platform/engine/instant_stage.h"
 #include "platform/machine_settings.h"
+#include "platform/pattern_regional.h"
 #include "platform/platform.h"
 #include "program/program.h"
 #include "tests/support/simulated_machine.h"
@@ -104,6 +105,7 @@ private:
     IniSettingsFile settings_{machine_.files};
     MachineSettings machineSettings_{settings_, folder_};
     SeededRandom random_{1};
+    PatternRegional regional_;
     Boxes boxes_{loop_};
     TerminalShell shell_{printer_, nullptr};
     TerminalTray tray_{printer_, nullptr};
