@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "character/action_scripts.h"
 #include "character/character.h"
 #include "character/command_lists.h"
 #include "character/dispatch.h"
+#include "character/frm_write_script.h"
 #include "core/frm_about.h"
 #include "core/frm_login.h"
 #include "core/frm_main.h"
@@ -17,6 +19,7 @@
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
 #include "options/frm_options.h"
+#include "organiser/jokes.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 
@@ -45,6 +48,8 @@ public:
     FrmOptions& options() { return options_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
+    Jokes& jokes() { return jokes_; }
+    frmWriteScript& writeScript() { return writeScript_; }
 
 private:
     void connectCommands();
@@ -64,6 +69,9 @@ private:
     Accessories accessories_;
     OpenPanel openPanel_;
     WebSearch webSearch_;
+    Jokes jokes_;
+    ActionScripts actionScripts_;
+    frmWriteScript writeScript_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;
