@@ -49,6 +49,7 @@ public:
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
     Jokes& jokes() { return jokes_; }
+    ActionScripts& actionScripts() { return actionScripts_; }
     frmWriteScript& writeScript() { return writeScript_; }
 
 private:
