@@ -59,7 +59,7 @@ void actionScripts(const std::filesystem::path&) {
     Owner owner(forms);
     Boxes boxes(loop);
     FileDialogs dialogs(boxes);
-    const ScratchProfile profile;
+    const blackbox::ScratchProfile profile;
     PosixFiles files;
     const std::string file = profile.folder() / "Long.vls";
     files.replace(file, longestScript(), Privacy::shared);
