@@ -96,6 +96,8 @@ public:
     Button cmdReadMsg{
         *this, "cmdReadMsg", {.Caption = "Read Message", .Enabled = false}, &FrmMain::cmdReadMsg_Click};
 
+    FileListBox fleSongs{*this, "fleSongs", {.Visible = false}};
+
     Timer Timer1{*this, "Timer1", {.Interval = 1000}, &FrmMain::Timer1_Timer};
     Timer TmrMail{*this, "TmrMail", {.Interval = 60000, .Enabled = false}};
     Timer TmrTip{*this, "TmrTip", {.Interval = 60000}};

@@ -136,4 +136,19 @@ void RowControl::reset() {
     rows_.reset();
 }
 
+FileListBox::FileListBox(Form& form, std::string_view name, const Design& design, std::optional<int> index)
+    : RowControl(form, name,
+                 {.Enabled = design.Enabled, .Visible = design.Visible, .ToolTipText = design.ToolTipText},
+                 index),
+      Path(*this, "Path", {}),
+      Pattern(*this, "Pattern", design.Pattern) {}
+
+void FileListBox::Refresh(const Files& files) {
+    std::string_view ending = Pattern.get();
+    if (ending.starts_with('*')) ending.remove_prefix(1);
+    Rows& rows = ListItems();
+    rows.Clear();
+    for (std::string& name : files.list(Path, ending)) rows.Add({.Text = std::move(name)});
+}
+
 }  // namespace velmora

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/control.h"
+#include "platform/files.h"
 
 namespace velmora {
 
@@ -145,6 +146,29 @@ public:
 
 protected:
     void formLoads() override { Selected.adopt(peekRows().Count() > 0 ? 1 : 0); }
+};
+
+struct FileListDesign {
+    std::string Pattern = "*";
+    bool Enabled = true;
+    bool Visible = true;
+    std::string ToolTipText = {};
+};
+
+/// The plain files of a folder, in ascending byte order of their names.
+class FileListBox : public RowControl {
+public:
+    using Design = FileListDesign;
+    FileListBox(Form& form, std::string_view name, const Design& design = {}, std::optional<int> index = {});
+
+    Property<std::string> Path;
+    /// "*" and what the names have to end with, letters A to Z of either case.
+    Property<std::string> Pattern;
+
+    /// Takes the names from the folder as they are now; an absent folder has none. Fails with 75 if the
+    /// folder can't be read.
+    void Refresh(const Files& files);
+    std::string_view kind() const override { return "FileListBox"; }
 };
 
 }  // namespace velmora

@@ -183,6 +183,29 @@ Program::Program(Platform& platform)
                  .FileExists = [this](const std::string& file) { return FileExists(platform_.files, file); },
                  .Character = [this]() -> AgentCharacter& { return *character_.Character; },
                  .AgentVisible = [this] { character_.AgentVisible(); }}),
+      jokes_({.files = platform.files,
+              .applicationFolder = platform.application.Path(),
+              .random = platform.random,
+              .fleSongs = main_.fleSongs,
+              .TimerJoke = main_.TimerJoke,
+              .mnuJokeTell = main_.menu("mnuJokeTell"),
+              .mnuInteractTip = main_.menu("mnuInteractTip"),
+              .mnuInteractSong = main_.menu("mnuInteractSong"),
+              .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+              .AgentVisible = [this] { character_.AgentVisible(); }}),
+      actionScripts_({.mnuScriptOpen = main_.menu("mnuScriptOpen"),
+                      .fileDialogs = main_.fileDialogs,
+                      .files = platform.files,
+                      .dialogs = platform.dialogs,
+                      .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                      .AgentVisible = [this] { character_.AgentVisible(); }}),
+      writeScript_(forms_, {.mnuScriptWrite = main_.menu("mnuScriptWrite"),
+                            .fileDialogs = main_.fileDialogs,
+                            .files = platform.files,
+                            .applicationFolder = platform.application.Path(),
+                            .dialogs = platform.dialogs,
+                            .scripts = actionScripts_,
+                            .Character = [this]() -> AgentCharacter& { return *character_.Character; }}),
       dispatch_({.AgentCtrl = platform.agent,
                  .host = character_,
                  .dialogs = platform.dialogs,
@@ -208,6 +231,8 @@ Program::Program(Platform& platform)
     };
     main_.steps.clearRequests = [this] { character_.clearRequests(); };
     character_.steps.showProfile = [this] { profile_.Show(); };
+    main_.steps.loadJokesAndTips = [this] { jokes_.loadJokesAndTips(); };
+    main_.steps.buildSongList = [this] { jokes_.buildSongList(); };
     connectCommands();
     connectOrganiser();
 }

@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "character/action_scripts.h"
 #include "character/character.h"
 #include "character/command_lists.h"
 #include "character/dispatch.h"
+#include "character/frm_write_script.h"
 #include "core/frm_about.h"
 #include "core/frm_login.h"
 #include "core/frm_main.h"
@@ -26,6 +28,7 @@
 #include "organiser/alarm.h"
 #include "organiser/frm_alarm.h"
 #include "organiser/frm_calender.h"
+#include "organiser/jokes.h"
 #include "platform/form.h"
 #include "platform/platform.h"
 
@@ -61,6 +64,9 @@ public:
     frmProfile& profile() { return profile_; }
     Alarm& alarm() { return alarm_; }
     FrmCalender& calender() { return calender_; }
+    Jokes& jokes() { return jokes_; }
+    ActionScripts& actionScripts() { return actionScripts_; }
+    frmWriteScript& writeScript() { return writeScript_; }
 
 private:
     void connectCommands();
@@ -90,6 +96,9 @@ private:
     Alarm alarm_;
     FrmAlarm frmAlarm_;
     FrmCalender calender_;
+    Jokes jokes_;
+    ActionScripts actionScripts_;
+    frmWriteScript writeScript_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;

@@ -106,7 +106,7 @@ std::vector<std::string> Binder::unbound() const {
         const auto found = widgets_.find(control);
         if (found != widgets_.end()) {
             bound.insert(found->second);
-        } else if (control->kind() != "Timer") {
+        } else if (control->kind() != "Timer" && control->kind() != "FileListBox") {
             names.push_back(control->displayName());
         }
     }

@@ -27,8 +27,8 @@ public:
     /// The widget that shows the control; nullptr if none does.
     QWidget* widgetOf(const Control& control) const;
 
-    /// Names of the controls that no widget shows, and of the widgets that show no control. Timers are not to
-    /// be seen.
+    /// Names of the controls that no widget shows, and of the widgets that show no control. Timers and
+    /// lists of files are not to be seen.
     std::vector<std::string> unbound() const;
 
 private:

@@ -74,7 +74,8 @@ PictureBinding::PictureBinding(Picture& model, QAbstractButton& widget, Loop& lo
 }
 
 void PictureBinding::show() {
-    widget_.setAccessibleName(shown(model_.Caption.peek()));
+    const std::string& caption = model_.Caption.peek();
+    widget_.setAccessibleName(shown(caption.empty() ? model_.ToolTipText.peek() : caption));
 }
 
 CheckBoxBinding::CheckBoxBinding(CheckBox& model, QCheckBox& widget, Loop& loop)

@@ -31,7 +31,7 @@ private:
     void show() override;
 };
 
-/// The caption is not drawn, it is the name that assistive tools read out.
+/// The caption is not drawn, it is the name that assistive tools read out; without one the tool tip is.
 class PictureBinding : public BindingOf<Picture, QAbstractButton> {
 public:
     PictureBinding(Picture& model, QAbstractButton& widget, Loop& loop);

@@ -11,9 +11,10 @@
 namespace velmora::qt {
 namespace {
 
-// What is typed takes the line ends that the control's text has already.
+// What is typed takes the line ends that the control's text has already: CRLF, unless it has LF alone.
 std::string withLineEndsOf(const std::string& model, std::string typed) {
-    if (model.find("\r\n") == std::string::npos) return typed;
+    const bool lineFeeds = model.find('\n') != std::string::npos;
+    if (lineFeeds && model.find("\r\n") == std::string::npos) return typed;
     std::string result;
     for (const char character : typed) result.append(character == '\n' ? "\r\n" : std::string(1, character));
     return result;

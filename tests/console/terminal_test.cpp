@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "tests/console/terminal_session.h"
@@ -57,6 +58,8 @@ TEST_F(TerminalTest, NewFolderIsSeededAndTheLoginDialogWaits) {
     EXPECT_THAT(session.readAnswer(), ElementsAre("form frmLogin loaded", "form frmLogin shown", "ready"));
     EXPECT_TRUE(fs::exists(fresh + "/characters/Merlin/character.json"));
     EXPECT_TRUE(fs::exists(fresh + "/platform.conf"));
+    for (const char* file : {"Jokes.txt", "Tips.txt", "Songs/Kettle Song.txt"})
+        EXPECT_EQ(fs::file_size(fresh + "/" + file), fs::file_size(std::string(VELMORA_DATA "/") + file));
     EXPECT_THAT(session.send("click FRMLOGIN.chkdefault"),
                 IsSupersetOf({"form frmLogin hidden", "show", "play Greet", "form frmLogin unloaded", "ok"}));
     struct stat status {};
@@ -250,6 +253,48 @@ TEST_F(TerminalTest, NamesInAnyEncodingAreFoundAndPrintedInUtf8) {
     fs::copy(shipped, folder.file("characters/M\xe9rlin"));
     TerminalSession session(folder.path(), {"--clock", morning});
     EXPECT_THAT(session.readAnswer(), Contains("speak Morning Andr\xc3\xa9. Morning Andr\xc3\xa9."));
+}
+
+TEST_F(TerminalTest, SmallTalkOfASeededFolderIsPerformed) {
+    fs::copy(VELMORA_DATA, folder.path(), fs::copy_options::recursive);
+    folder.write("Velmora.ini", "[Options]\nDefault=True\nJokes=On\n[User]\nName=Ann\n");
+    TerminalSession session(folder.path(), {"--clock", morning, "--seed", "7"});
+    session.readAnswer();
+    EXPECT_THAT(session.send("say tell a joke"), IsSupersetOf({"play GetAttention", "play Pleased"}));
+    EXPECT_THAT(session.send("command Tip"), IsSupersetOf({"play Announce", "play Pleased"}));
+    const auto song = session.send("menu mnuInteractSong");
+    EXPECT_THAT(song, Not(Contains("play Sad speak An error")));
+    EXPECT_THAT(song, Contains(StartsWith("speak \\\\Chr=\"Monotone\"\\\\")).Times(8));
+    session.send("quit");
+    session.exitStatus();
+    int jokes = 0;
+    for (int start = 0; start < 10; ++start) {  // in one of three starts no joke comes at all
+        TerminalSession day(folder.path(), {"--clock", morning, "--seed", std::to_string(start)});
+        day.readAnswer();
+        const auto lines = day.send("skip 300000");
+        jokes += static_cast<int>(std::count(lines.begin(), lines.end(), "play GetAttention"));
+    }
+    EXPECT_GT(jokes, 2);
+}
+
+TEST_F(TerminalTest, ScriptIsWrittenSavedAndRunOnRealFiles) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    session.send("menu mnuScriptWrite");
+    session.send("select frmWriteScript.comAnim 29");
+    session.send("click frmWriteScript.cmdAdd(0)");
+    session.send("set frmWriteScript.txtSay \xe9t\xc3\xa9 ");
+    session.send("click frmWriteScript.cmdAdd(1)");
+    EXPECT_THAT(session.send("click cmdPreviewScript"), ElementsAre("play Wave", StartsWith("speak "), "ok"));
+    EXPECT_THAT(session.send("click cmdSaveScript"),
+                ElementsAre(StartsWith("dialog save Save File Action Scripts\\0*.vls\\0"), "ok"));
+    session.send("pick " + folder.file("mine.vls"));
+    EXPECT_THAT(folder.read("mine.vls"), StartsWith("Play:Wave\r\nSay:"));
+    EXPECT_EQ(folder.read("mine.vls"), folder.read("Temp.vls"));
+    session.send("menu mnuScriptOpen");
+    EXPECT_THAT(session.send("cancel"), ElementsAre("play Wave", StartsWith("speak "), "ok"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 3);
 }
 
 TEST_F(TerminalTest, WindowsThatCanNotBeShownAreOneSentence) {

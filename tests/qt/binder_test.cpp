@@ -286,6 +286,17 @@ TEST_F(BinderTest, ATranscriptGrowsAtItsEndAndWhatIsTypedKeepsItsLineEnds) {
     EXPECT_TRUE(edit.toPlainText().endsWith(QStringLiteral("line\nlast")));
 }
 
+TEST_F(BinderTest, TypedLinesEndWithBothCharactersUnlessTheTextHasLineFeedsAlone) {
+    auto& edit = at<QPlainTextEdit>("txtLong");
+    for (const auto& [text, after] : {std::pair{"", "\r\nx"}, {"one\ntwo", "\nxone\ntwo"}}) {
+        form.txtLong.Text = text;
+        edit.moveCursor(QTextCursor::Start);
+        QTest::keyClick(&edit, Qt::Key_Return);
+        QTest::keyClicks(&edit, QStringLiteral("x"));
+        EXPECT_EQ(form.txtLong.mainValue(), after);
+    }
+}
+
 TEST_F(BinderTest, ATypedTextThatEqualsARowChoosesNone) {
     QLineEdit& edit = *at<QComboBox>("combo").lineEdit();
     QTest::keyClicks(&edit, QStringLiteral("two"));
