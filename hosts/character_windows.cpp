@@ -14,6 +14,13 @@ namespace {
 const std::vector<std::string> voices{"en-us",      "en-gb",     "en-gb-scotland",
                                       "en-gb-x-rp", "en-us-nyc", "en-029"};
 
+// Those that are always there, and those of the clearer engine that are installed.
+std::vector<std::string> voicesOnOffer() {
+    std::vector<std::string> offered = voices;
+    for (std::string& voice : agent::installedVoices()) offered.push_back(std::move(voice));
+    return offered;
+}
+
 void raise(QDialog& window) {
     window.show();
     window.raise();
@@ -30,7 +37,7 @@ qt::CharacterSettings CharacterWindows::settings() {
 void CharacterWindows::propertiesAsked() {
     if (!options_) {
         options_ = std::make_unique<qt::SpeechOptions>(
-            settings(), voices, [this](const qt::SpeechChoice& choice) { tryVoice(choice); });
+            settings(), voicesOnOffer(), [this](const qt::SpeechChoice& choice) { tryVoice(choice); });
     }
     raise(*options_);
 }

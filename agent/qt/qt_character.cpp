@@ -14,8 +14,6 @@ namespace {
 
 constexpr Milliseconds frame{33};
 
-constexpr std::array<std::string_view, 7> mouthSlots = {"closed", "A", "E", "O", "U", "F", "L"};
-
 QSize sizeOf(const Rig& rig, double scale) {
     return {static_cast<int>(std::ceil(rig.width * scale)), static_cast<int>(std::ceil(rig.height * scale))};
 }
@@ -23,9 +21,7 @@ QSize sizeOf(const Rig& rig, double scale) {
 void setMouth(Pose& pose, const Rig& rig, Mouth mouth) {
     const auto bone = rig.bone("mouth");
     if (!bone) return;
-    if (const auto slot = slotOf(rig.bones[*bone], mouthSlots.at(static_cast<std::size_t>(mouth)))) {
-        pose[*bone].slot = *slot;
-    }
+    if (const auto slot = mouthSlot(rig.bones[*bone], mouth)) pose[*bone].slot = *slot;
 }
 
 }  // namespace
@@ -162,7 +158,12 @@ QRect QtCharacter::figure() const {
 }
 
 SpokenLine QtCharacter::openBalloon(BalloonKind kind, const std::string& text) {
-    SpokenLine line = parseSpeech(chooseAlternative(text, options_.pick));
+    std::string chosen = chooseAlternative(text, options_.pick);
+    if (kind == BalloonKind::speech) {
+        if (asksForLastLine(chosen)) chosen = lastLine_;
+        lastLine_ = chosen;
+    }
+    SpokenLine line = parseSpeech(chosen);
     line_ = toShown(line);
     const QString speaker = QString::fromStdString(rig_.name);
     const bool says = kind == BalloonKind::speech;

@@ -124,6 +124,7 @@ private:
     const Clip* pending_ = nullptr;  ///< to be played when the gesture before it has ended
     std::optional<Slide> slide_;
     ShownLine line_;
+    std::string lastLine_;      ///< what was spoken last, as it was asked for
     std::size_t nextWord_ = 0;  ///< of a thought
     Mouth mouth_ = Mouth::closed;
     bool speaking_ = false;
