@@ -23,9 +23,9 @@ std::string Machine::charactersFolder(const std::string& package) const {
     return velmora::charactersFolder(folders.application, folders.installed, package);
 }
 
-Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent) {
-    return {loop,   application, files, settings, machineSettings, clock,
-            random, boxes,       shell, tray,     pointer,         agent};
+Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link_) {
+    return {loop,  application, files, settings, machineSettings, clock, random,
+            boxes, shell,       tray,  pointer,  agent,           inets, link_};
 }
 
 }  // namespace velmora

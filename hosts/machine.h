@@ -22,6 +22,19 @@ struct Folders {
     std::string installed;
 };
 
+/// A machine without a web.
+class NoInets : public Inets {
+public:
+    std::unique_ptr<Inet> create() override { throw Failure(errors::cannotCreateObject); }
+};
+
+/// A machine without a link.
+class NoLink : public Link {
+public:
+    std::optional<std::vector<LinkState>> connections() const override { return std::vector<LinkState>{}; }
+    long InternetAutodial() override { return 668; }
+};
+
 /// What every host of the program shares: this machine's files, time and chance, and one loop.
 struct Machine {
     Machine(const Options& options, Folders folders);
@@ -39,12 +52,14 @@ struct Machine {
     std::uint64_t seed;
     SeededRandom random{seed};
     Boxes boxes{loop};
+    NoInets inets;
+    NoLink link;
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;
     std::string charactersFolder(const std::string& package) const;
 
-    Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent);
+    Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link);
 };
 
 }  // namespace velmora

@@ -5,6 +5,8 @@
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
+#include "platform/inet.h"
+#include "platform/link.h"
 #include "platform/loop.h"
 #include "platform/machine_settings.h"
 #include "platform/pointer.h"
@@ -28,6 +30,8 @@ struct Platform {
     Tray& tray;
     Pointer& pointer;
     AgentControl& agent;
+    Inets& inets;
+    Link& link;
 };
 
 }  // namespace velmora

@@ -74,6 +74,7 @@ public:
     bool ended() const { return ended_; }
     SimulatedStage& stage() { return *stage_; }
     TerminalPointer& pointer() { return pointer_; }
+    Inets& inets() { return inets_; }
     Loop& loop() { return loop_; }
 
 private:
@@ -106,6 +107,8 @@ private:
     TerminalShell shell_{printer_, nullptr};
     TerminalTray tray_{printer_, nullptr};
     TerminalPointer pointer_;
+    SimulatedInets inets_{loop_, machine_.web};
+    TerminalLink link_{printer_, machine_.link};
     SimulatedStage* stage_ = nullptr;
     EngineAgent agent_;
     Platform platform_;
