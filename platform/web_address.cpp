@@ -69,9 +69,12 @@ std::string webAddress(std::string_view address) {
         if (!rest.starts_with("//")) throw Failure(errors::malformedUrl);
     }
     if (rest.starts_with("//")) rest.remove_prefix(2);
-    const std::string_view authority = rest.substr(0, rest.find_first_of("/?\\"));
+    const std::string_view authority = rest.substr(0, rest.find_first_of("/?"));
     if (!isUsableHost(hostOf(authority))) throw Failure(errors::malformedUrl);
-    return scheme.append("://").append(authority).append(escaped(rest.substr(authority.size())));
+    const std::string_view resource = rest.substr(authority.size());
+    scheme.append("://").append(authority);
+    if (!resource.starts_with('/')) scheme += '/';
+    return scheme.append(escaped(resource));
 }
 
 }  // namespace velmora

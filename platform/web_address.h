@@ -5,7 +5,7 @@
 
 namespace velmora {
 
-/// The address as it is asked for: with a scheme, without a fragment, and with every byte escaped that would
+/// The address as it is asked for: with a scheme and a path, without a fragment, and with every byte escaped that would
 /// break a request line (blanks, controls, bytes above 126, the last ones in the host excepted). What is
 /// escaped already stays.
 ///

@@ -12,6 +12,7 @@
 #include "core/settings.h"
 #include "core/start_up.h"
 #include "desktop/accessories.h"
+#include "desktop/dial_up.h"
 #include "desktop/execute.h"
 #include "desktop/launch_lists.h"
 #include "desktop/open_panel.h"
@@ -45,6 +46,7 @@ public:
     FrmOptions& options() { return options_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
+    DialUpConnection& dialUp() { return dialUp_; }
 
 private:
     void connectCommands();
@@ -64,6 +66,7 @@ private:
     Accessories accessories_;
     OpenPanel openPanel_;
     WebSearch webSearch_;
+    DialUpConnection dialUp_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;
