@@ -5,6 +5,7 @@
 
 #include "hosts/options.h"
 #include "platform/boxes.h"
+#include "platform/curl/curl_inets.h"
 #include "platform/ini_settings_file.h"
 #include "platform/loop.h"
 #include "platform/machine_settings.h"
@@ -20,12 +21,6 @@ namespace velmora {
 struct Folders {
     std::string application;
     std::string installed;
-};
-
-/// A machine without a web.
-class NoInets : public Inets {
-public:
-    std::unique_ptr<Inet> create() override { throw Failure(errors::cannotCreateObject); }
 };
 
 /// A machine without a link.
@@ -52,7 +47,11 @@ struct Machine {
     std::uint64_t seed;
     SeededRandom random{seed};
     Boxes boxes{loop};
-    NoInets inets;
+    curl::CurlInets inets{
+        {.loop = loop,
+         .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
+         .files = files,
+         .folder = folders.application}};
     NoLink link;
 
     /// Name of the default character's package, and the folder in which a package lies.
