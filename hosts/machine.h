@@ -13,6 +13,8 @@
 #include "platform/posix/posix_application.h"
 #include "platform/posix/posix_files.h"
 #include "platform/posix/system_clock.h"
+#include "platform/posix/system_link.h"
+#include "platform/qt/network_manager.h"
 #include "platform/qt/qt_loop_host.h"
 
 namespace velmora {
@@ -21,13 +23,6 @@ namespace velmora {
 struct Folders {
     std::string application;
     std::string installed;
-};
-
-/// A machine without a link.
-class NoLink : public Link {
-public:
-    std::optional<std::vector<LinkState>> connections() const override { return std::vector<LinkState>{}; }
-    long InternetAutodial() override { return 668; }
 };
 
 /// What every host of the program shares: this machine's files, time and chance, and one loop.
@@ -52,7 +47,11 @@ struct Machine {
          .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
          .files = files,
          .folder = folders.application}};
-    NoLink link;
+    qt::NetworkManager networkManager;
+    SystemLink link{machineSettings, [this](std::string_view kinds) { return dial(kinds); }};
+
+    /// Asks NetworkManager to connect, if it is there.
+    long dial(std::string_view kinds);
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;
