@@ -84,7 +84,7 @@ TEST(SystemLinkTest, TellsTheNetworkThatThereIs) {
          up + "ip -6 addr add 2001:db8::2/64 dev va nodad && ip -6 route add default via 2001:db8::1", "any",
          "C"},
         {"strict list, permanent network", whole, "ppp", ""},
-        {"strict list, the kind is there", whole, "PPP;Ethernet", "Cc"},
+        {"strict list, the kind is there", whole, "PPP;Ethernet", "cC"},
         {"strict list, switched off", cable + "true", "ethernet", ""},
         {"strict list, an address of the link alone", up + "ip addr add 169.254.1.1/16 dev va", "ethernet",
          "cc"},
