@@ -91,9 +91,9 @@ TEST(SpeechText, LongLineIsTakenInPartsThatBreakNoWordTagOrLetter) {
         {"", {""}},
         {"one two three", {"one two", " three"}},
         {R"(ab \Map="four five"="x y"\ six)", {"ab x y", " six"}},
-        {"aaaaaaaa\xc3\xa9"
+        {"aaaaaaa\xc3\xa9"
          "bbbb",
-         {"aaaaaaaa\xc3\xa9", "bbbb"}},
+         {"aaaaaaa\xc3\xa9", "bbbb"}},
     };
     for (const auto& [line, parts] : cases) {
         std::string_view rest = line;

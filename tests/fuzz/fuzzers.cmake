@@ -18,12 +18,17 @@ ExternalProject_Add(fuzzers
         -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
     BUILD_ALWAYS TRUE
     INSTALL_COMMAND ""
-    EXCLUDE_FROM_ALL ${VELMORA_BENCH})
+    EXCLUDE_FROM_ALL TRUE)
+
+add_test(NAME Fuzz.build COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target fuzzers)
+set_tests_properties(Fuzz.build PROPERTIES LABELS live TIMEOUT 900 FIXTURES_SETUP fuzzers)
 
 foreach(name mail_session message mime_text)
     file(MAKE_DIRECTORY ${fuzz_folder}/found/${name})
     add_test(NAME Fuzz.${name}
-        COMMAND ${fuzz_folder}/fuzz_${name} -max_total_time=5 -seed=1 -rss_limit_mb=1024 -print_final_stats=1
-            -artifact_prefix=${fuzz_folder}/found/${name}- ${CMAKE_SOURCE_DIR}/tests/fuzz/corpus/${name})
-    set_tests_properties(Fuzz.${name} PROPERTIES LABELS live TIMEOUT 120 ENVIRONMENT ASAN_OPTIONS=detect_leaks=1)
+        COMMAND ${fuzz_folder}/fuzz_${name} -max_total_time=5 -seed=1 -rss_limit_mb=1024
+            -artifact_prefix=${fuzz_folder}/found/${name}- ${fuzz_folder}/found/${name}
+            ${CMAKE_SOURCE_DIR}/tests/fuzz/corpus/${name})
+    set_tests_properties(Fuzz.${name} PROPERTIES LABELS live TIMEOUT 120 FIXTURES_REQUIRED fuzzers
+        ENVIRONMENT ASAN_OPTIONS=detect_leaks=1)
 endforeach()
