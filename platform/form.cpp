@@ -27,7 +27,11 @@ void Forms::terminate() {
 }
 
 Form::Form(Forms& forms, std::string_view name, std::string caption)
-    : Component(name, {}), Caption(*this, "Caption", std::move(caption)), forms_(forms) {
+    : Component(name, {}),
+      Caption(*this, "Caption", std::move(caption)),
+      Left(*this, "Left", 0),
+      Top(*this, "Top", 0),
+      forms_(forms) {
     forms_.all_.push_back(this);
 }
 

@@ -93,6 +93,11 @@ public:
 
     Property<std::string> Caption;
 
+    /// Where the window opens, in twips from the corner of the screen. With both at 0 the desktop decides.
+    Property<int> Left;
+    Property<int> Top;
+    static constexpr int twipsToThePixel = 15;  ///< of a window and what stands in it
+
     bool visible() const { return visible_; }
     /// Setting it shows or hides the form, which is loaded if need be.
     void setVisible(bool visible);

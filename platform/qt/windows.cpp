@@ -29,6 +29,9 @@ public:
         };
         form.show(this);
         refresh();
+        const QPoint corner(form.Left.peek() / Form::twipsToThePixel,
+                            form.Top.peek() / Form::twipsToThePixel);
+        if (!corner.isNull()) window_->move(corner);
     }
 
     ~Shown() override { detach(); }
