@@ -85,6 +85,25 @@ Program::Program(Platform& platform)
                .dialogs = platform.dialogs,
                .loop = platform.loop,
                .mnuIntConnect = main_.menu("mnuIntConnect")}),
+      profile_(forms_, {.settings = settings_,
+                        .IniFile = IniFile_,
+                        .dialogs = platform.dialogs,
+                        .inets = platform.inets,
+                        .directory = DirectoryService(platform.machine),
+                        .IsConnected = [this] { return dialUp_.IsConnected(); },
+                        .DialUp = [this] { dialUp_.DialUp(); },
+                        .Character = [this]() -> AgentCharacter& { return *character_.Character; },
+                        .AgentVisible = [this] { character_.AgentVisible(); },
+                        .MoveAgentTo =
+                            [this](long x, long y) {
+                                character_.AgentX = x;
+                                character_.AgentY = y;
+                                character_.MoveAgentTo();
+                            },
+                        .RequestExplain = character_.RequestExplain,
+                        .MainKey = main_.MainKey,
+                        .UID = main_.UID,
+                        .NickName = main_.NickName}),
       dispatch_({.AgentCtrl = platform.agent,
                  .host = character_,
                  .dialogs = platform.dialogs,
@@ -106,6 +125,7 @@ Program::Program(Platform& platform)
         launchLists_.LoadFavouritesList();
     };
     main_.steps.clearRequests = [this] { character_.clearRequests(); };
+    character_.steps.showProfile = [this] { profile_.Show(); };
     connectCommands();
 }
 

@@ -17,6 +17,7 @@
 #include "desktop/launch_lists.h"
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
+#include "messenger/frm_profile.h"
 #include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
@@ -47,6 +48,7 @@ public:
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
     DialUpConnection& dialUp() { return dialUp_; }
+    frmProfile& profile() { return profile_; }
 
 private:
     void connectCommands();
@@ -67,6 +69,7 @@ private:
     OpenPanel openPanel_;
     WebSearch webSearch_;
     DialUpConnection dialUp_;
+    frmProfile profile_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;

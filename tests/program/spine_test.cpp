@@ -39,7 +39,11 @@ TEST_F(Spine, FirstRunIntroducesTheCharacterAndLeadsToTheWizard) {
             "speak Hi my name is Merlin. Welcome to Velmora. Hi my name is Merlin. Welcome to Velmora.",
             "play RestPose", "play Think",
             "speak We'd better set up your user profile We'd better set up your user profile",
-            "form FrmSplash unloaded"));
+            "form FrmSplash unloaded", "moveto 646 146", "play GestureDown",
+            "speak This information helps me notify you when updates are available. This information helps "
+            "me "
+            "notify you when updates are available.",
+            "play RestPose", "form frmProfile loaded", "form frmProfile shown"));
     EXPECT_FALSE(program.ended());
     EXPECT_EQ(program.value("FrmMain.Visible"), "False");
 }
@@ -140,6 +144,7 @@ TEST_F(Spine, FarewellIsTheCharactersOwn) {
         SimulatedMachine fresh;
         fresh.character = character;
         fresh.setting("/home", "Options", "Default", "True");
+        fresh.setting("/home", "User", "Name", "Ann");
         auto& program = fresh.start("/home");
         program.takeLines();
         program.menu("mnuExit");

@@ -53,7 +53,6 @@ SimulatedProgram::~SimulatedProgram() {
         while (!ended_) giveBaton(true);
     }
     thread_.join();
-    machine_.unlockFolder(*this);
     EXPECT_EQ(boxes_.newest(), nullptr) << "a box was left unanswered";
 }
 
@@ -68,6 +67,7 @@ void SimulatedProgram::live() {
     } catch (...) {
         broken_ = std::current_exception();
     }
+    machine_.unlockFolder(*this);
     ended_ = true;
     const std::lock_guard lock(mutex_);
     programHasBaton_ = false;
