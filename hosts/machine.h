@@ -4,7 +4,6 @@
 #include <string>
 
 #include "hosts/options.h"
-#include "hosts/unreachable_winsocks.h"
 #include "platform/boxes.h"
 #include "platform/ini_settings_file.h"
 #include "platform/loop.h"
@@ -12,6 +11,7 @@
 #include "platform/platform.h"
 #include "platform/posix/posix_application.h"
 #include "platform/posix/posix_files.h"
+#include "platform/posix/sockets/posix_winsocks.h"
 #include "platform/posix/system_clock.h"
 #include "platform/qt/qt_loop_host.h"
 
@@ -40,7 +40,7 @@ struct Machine {
     std::uint64_t seed;
     SeededRandom random{seed};
     Boxes boxes{loop};
-    UnreachableWinsocks winsocks;
+    PosixWinsocks winsocks;
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;
