@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -106,6 +107,8 @@ public:
     std::string OutlookEnabled;
     std::string UID;
     std::string NickName;
+    std::int16_t MailInterval = 0;  ///< minutes between mail checks
+    bool ReadEntire = false;        ///< whether the body of a message is read with its subject
     velmora::NotifyData NotifyData{*this, "Velmora"};
     FileDialogs fileDialogs;
 

@@ -43,7 +43,7 @@ int runOnDesktop(const Options& options, Folders folders) {
              return {name, std::move(character)};
          }});
     agent.add(characterWindows);
-    Platform platform = machine.platform(*shell, tray, pointer, agent);
+    Platform platform = machine.platform(*shell, tray, pointer, agent, machine.link);
     Program program(platform);
     qt::QtWindows windows(program.forms(), qt::views());
     qt::QtBoxView boxView(machine.loop);

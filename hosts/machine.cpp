@@ -26,7 +26,9 @@ Machine::Machine(const Options& options, Folders folders_)
                 .address = options.address,
                 .report = [](const std::string& line) { std::cerr << "velmora: " << line << "\n"; }}) {
     loopHost.carry(&loop);
-    loop.onSkipped = [this](std::chrono::milliseconds waited) { return winsocks.untilQuiet(quietAfterTimer, waited); };
+    loop.onSkipped = [this](std::chrono::milliseconds waited) {
+        return winsocks.untilQuiet(quietAfterTimer, waited);
+    };
 }
 
 std::string Machine::characterPackage() const {
@@ -37,9 +39,9 @@ std::string Machine::charactersFolder(const std::string& package) const {
     return velmora::charactersFolder(folders.application, folders.installed, package);
 }
 
-Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent) {
-    return {loop,  application, files, settings, machineSettings, clock,   random,
-            boxes, shell,       tray,  pointer,  agent,           winsocks};
+Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link_) {
+    return {loop,  application, files,   settings, machineSettings, clock, random, boxes,
+            shell, tray,        pointer, agent,    winsocks,        inets, link_};
 }
 
 }  // namespace velmora

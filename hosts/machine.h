@@ -5,6 +5,7 @@
 
 #include "hosts/options.h"
 #include "platform/boxes.h"
+#include "platform/curl/curl_inets.h"
 #include "platform/ini_settings_file.h"
 #include "platform/loop.h"
 #include "platform/machine_settings.h"
@@ -21,6 +22,13 @@ namespace velmora {
 struct Folders {
     std::string application;
     std::string installed;
+};
+
+/// A machine without a link.
+class NoLink : public Link {
+public:
+    std::optional<std::vector<LinkState>> connections() const override { return std::vector<LinkState>{}; }
+    long InternetAutodial() override { return 668; }
 };
 
 /// What every host of the program shares: this machine's files, time and chance, and one loop.
@@ -41,12 +49,18 @@ struct Machine {
     SeededRandom random{seed};
     Boxes boxes{loop};
     PosixWinsocks winsocks;
+    curl::CurlInets inets{
+        {.loop = loop,
+         .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
+         .files = files,
+         .folder = folders.application}};
+    NoLink link;
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;
     std::string charactersFolder(const std::string& package) const;
 
-    Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent);
+    Platform platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link);
 };
 
 }  // namespace velmora

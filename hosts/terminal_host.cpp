@@ -86,10 +86,11 @@ int runInTerminal(const Options& options, Folders folders) {
     TerminalShell shell(printer, options.open ? &opener : nullptr);
     TerminalTray tray(printer, windows ? &windows->tray() : nullptr);
     TerminalPointer pointer;
+    TerminalLink link(printer, machine.link);
     EngineAgent agent({.loop = machine.loop, .random = machine.random, .load = [&](EngineAgent& server) {
                            return windows ? windows->loadActor(server) : loadUnseenActor(machine);
                        }});
-    Platform platform = machine.platform(shell, tray, pointer, agent);
+    Platform platform = machine.platform(shell, tray, pointer, agent, link);
     Program program(platform);
     const auto forms = windows ? std::make_unique<qt::QtWindows>(program.forms(), qt::views()) : nullptr;
     DescriptorLines input(STDIN_FILENO);
@@ -101,6 +102,7 @@ int runInTerminal(const Options& options, Folders folders) {
                        .tray = tray,
                        .pointer = pointer,
                        .shell = shell,
+                       .link = link,
                        .input = input,
                        .printer = printer});
     if (windows) {

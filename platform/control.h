@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "platform/form.h"
@@ -62,7 +63,7 @@ class Array {
 public:
     template <std::derived_from<Form> F>
     Array(F& form, std::string_view name, std::initializer_list<typename T::Design> designs,
-          void (F::*handler)(int) = nullptr, int first = 0)
+          std::type_identity_t<void (F::*)(int)> handler = nullptr, int first = 0)
         : first_(first) {
         for (const auto& design : designs) {
             const int index = first_ + static_cast<int>(members_.size());

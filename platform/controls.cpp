@@ -1,5 +1,7 @@
 #include "platform/controls.h"
 
+#include <algorithm>
+
 #include "base/failure.h"
 
 namespace velmora {
@@ -17,7 +19,36 @@ Frame::Frame(Form& form, std::string_view name, const Design& design, std::optio
                         .ToolTipText = design.ToolTipText},
                        index),
       Left(*this, "Left", design.Left),
-      Top(*this, "Top", design.Top) {}
+      Top(*this, "Top", design.Top),
+      Front(*this, "Front", false) {}
+
+std::vector<Frame*> Frame::neighbours() const {
+    std::vector<Frame*> frames;
+    for (Control* control : form().controls()) {
+        auto* frame = dynamic_cast<Frame*>(control);
+        if (frame && frame != this && frame->Left.peek() == Left.peek() && frame->Top.peek() == Top.peek())
+            frames.push_back(frame);
+    }
+    return frames;
+}
+
+bool Frame::covered() const {
+    const auto frames = neighbours();
+    return std::any_of(frames.begin(), frames.end(),
+                       [](const Frame* frame) { return frame->Front.peek() && frame->Visible.peek(); });
+}
+
+void Frame::ZOrder() {
+    touch();
+    for (Frame* frame : neighbours()) frame->Front.adopt(false);
+    Front.adopt(true);
+}
+
+void Frame::propertyChanged(const AnyProperty& property) {
+    refreshView();
+    if (&property != &Front && &property != &Visible) return;
+    for (const Frame* frame : neighbours()) frame->refreshView();
+}
 
 bool Button::clicked() {
     Click.raise();

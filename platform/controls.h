@@ -60,7 +60,7 @@ struct FrameDesign {
 };
 
 /// A box around other controls. Where it stands is the program's to move: twips from the form's corner. Left
-/// of it or above it (negative) the frame is out of view, whatever `Visible` says.
+/// of it or above it (negative) the frame is out of view, whatever `Visible` says, as it is while covered.
 class Frame : public CaptionedControl {
 public:
     using Design = FrameDesign;
@@ -68,8 +68,19 @@ public:
 
     Property<int> Left;
     Property<int> Top;
-    bool inView() const { return Left.peek() >= 0 && Top.peek() >= 0; }
+    /// Brings the frame before those that share its place; while it is visible, they are covered.
+    void ZOrder();
+    bool inView() const { return Left.peek() >= 0 && Top.peek() >= 0 && !covered(); }
     std::string_view kind() const override { return "Frame"; }
+
+protected:
+    void propertyChanged(const AnyProperty& property) override;
+
+private:
+    std::vector<Frame*> neighbours() const;
+    bool covered() const;
+
+    Property<bool> Front;
 };
 
 class Button : public CaptionedControl {

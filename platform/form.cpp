@@ -60,7 +60,8 @@ void Form::Load() {
 
 void Form::Show() {
     touch();
-    if (state_ == FormState::unloading || visible_) return;
+    if (state_ == FormState::unloading) return;
+    if (visible_) return forms_.tell([this](ProgramView& view) { view.formRaised(*this); });
     visible_ = true;
     tell(FormChange::shown);
 }

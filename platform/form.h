@@ -27,6 +27,8 @@ class ProgramView {
 public:
     virtual ~ProgramView() = default;
     virtual void formChanged(Form&, FormChange) {}
+    /// The program shows a form that is shown already: its window comes before the others.
+    virtual void formRaised(Form&) {}
     /// The program has moved the keyboard's focus.
     virtual void focusMoved(Control&) {}
     /// A menu is to open at the pointer.

@@ -1,5 +1,7 @@
 #include "platform/list_controls.h"
 
+#include <utility>
+
 #include "base/failure.h"
 
 namespace velmora {
@@ -58,10 +60,10 @@ int ComboBox::ListIndex() const {
 void ComboBox::setListIndex(int row) {
     touch();
     if (row != -1 && !has(row)) throw Failure(errors::invalidCall);
-    if (row == chosen_) return;
-    chosen_ = row;
+    const bool moved = std::exchange(chosen_, row) != row;
+    if (row == -1 && !moved) return;
     Text.adopt(List(row));
-    if (row != -1) Click.raise();
+    if (row != -1 && moved) Click.raise();
 }
 
 std::vector<Row> ComboBox::listedRows() const {

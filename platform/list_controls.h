@@ -41,8 +41,8 @@ public:
     void Clear();
 
     int ListIndex() const;
-    /// Chooses a row, takes its text and raises Click; -1 chooses none. Fails with 5 for a row that is not
-    /// there.
+    /// Chooses a row, takes its text and raises Click; -1 chooses none. The row that is chosen already raises
+    /// nothing, but its text, which may have changed, is taken. Fails with 5 for a row that is not there.
     void setListIndex(int row);
 
     const bool Editable;

@@ -39,6 +39,8 @@ constexpr std::array entries{
     Entry{"Accessories", "Wordpad", "word-processor", ""},
     Entry{"Accessories", "Notepad", "text-editor", ""},
     Entry{"Accessories", "SystemInformation", "system-information", "What the about box opens."},
+    Entry{"Link", "Kinds", "any",
+          "What counts as a connection: any, or a list of ppp, ethernet, wifi, wwan, tunnel."},
     Entry{"Speech", "Device", "default",
           "default, none (silent, in time) or file:PATH (a WAV of all that is said)."},
     Entry{"Speech", "Voice", "", "Name of the speech engine's voice; empty: the character's own."},

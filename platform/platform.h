@@ -5,6 +5,8 @@
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/files.h"
+#include "platform/inet.h"
+#include "platform/link.h"
 #include "platform/loop.h"
 #include "platform/machine_settings.h"
 #include "platform/pointer.h"
@@ -30,6 +32,8 @@ struct Platform {
     Pointer& pointer;
     AgentControl& agent;
     Winsocks& winsocks;
+    Inets& inets;
+    Link& link;
 };
 
 }  // namespace velmora

@@ -12,10 +12,15 @@
 #include "core/settings.h"
 #include "core/start_up.h"
 #include "desktop/accessories.h"
+#include "desktop/dial_up.h"
 #include "desktop/execute.h"
 #include "desktop/launch_lists.h"
 #include "desktop/open_panel.h"
 #include "desktop/web_search.h"
+#include "mail/favourites_check.h"
+#include "mail/mail_check.h"
+#include "mail/mail_reader.h"
+#include "mail/mail_settings.h"
 #include "options/frm_options.h"
 #include "platform/form.h"
 #include "platform/platform.h"
@@ -43,8 +48,12 @@ public:
     CommandDispatch& dispatch() { return dispatch_; }
     CommandLists& commandLists() { return commandLists_; }
     FrmOptions& options() { return options_; }
+    MailSettings& mailSettings() { return mailSettings_; }
+    MailCheck& mailCheck() { return mailCheck_; }
+    MailReader& mailReader() { return mailReader_; }
     LaunchLists& launchLists() { return launchLists_; }
     WebSearch& webSearch() { return webSearch_; }
+    DialUpConnection& dialUp() { return dialUp_; }
 
 private:
     void connectCommands();
@@ -60,10 +69,15 @@ private:
     FrmMain main_;
     CharacterHost character_;
     FrmOptions options_;
+    MailSettings mailSettings_;
+    MailCheck mailCheck_;
+    FavouritesCheck favouritesCheck_;
+    MailReader mailReader_;
     LaunchLists launchLists_;
     Accessories accessories_;
     OpenPanel openPanel_;
     WebSearch webSearch_;
+    DialUpConnection dialUp_;
     CommandLists commandLists_;
     CommandDispatch dispatch_;
     StartUp startUp_;

@@ -36,29 +36,18 @@ void require(bool possible, const std::string& name) {
 
 const std::vector<Terminal::Command>& Terminal::commands() {
     static const std::vector<Command> table{
-        {"menu", 2, 2, &Terminal::menu},
-        {"agent", 2, 2, &Terminal::mouseOnCharacter},
-        {"tray", 2, 2, &Terminal::mouseOnTray},
-        {"click", 2, 2, &Terminal::click},
-        {"set", 2, 3, &Terminal::type},
-        {"select", 3, 3, &Terminal::select},
-        {"get", 2, 2, &Terminal::get},
-        {"rows", 2, 2, &Terminal::rows},
-        {"forms", 1, 1, &Terminal::listForms},
-        {"controls", 2, 2, &Terminal::listControls},
-        {"menus", 1, 1, &Terminal::listMenus},
-        {"close", 2, 2, &Terminal::close},
-        {"answer", 2, 2, &Terminal::answer},
-        {"pick", 2, 2, &Terminal::pick},
-        {"cancel", 1, 1, &Terminal::cancel},
-        {"clipboard", 1, 2, &Terminal::clipboard},
-        {"pointer", 4, 4, &Terminal::point},
-        {"wait", 2, 2, &Terminal::wait},
-        {"skip", 2, 2, &Terminal::skip},
-        {"quit", 1, 1, &Terminal::quit},
-        {"say", 2, 2, &Terminal::say},
-        {"command", 2, 3, &Terminal::command},
-        {"commands", 1, 1, &Terminal::listCommands},
+        {"menu", 2, 2, &Terminal::menu},        {"agent", 2, 2, &Terminal::mouseOnCharacter},
+        {"tray", 2, 2, &Terminal::mouseOnTray}, {"click", 2, 2, &Terminal::click},
+        {"set", 2, 3, &Terminal::type},         {"select", 3, 3, &Terminal::select},
+        {"get", 2, 2, &Terminal::get},          {"rows", 2, 2, &Terminal::rows},
+        {"forms", 1, 1, &Terminal::listForms},  {"controls", 2, 2, &Terminal::listControls},
+        {"menus", 1, 1, &Terminal::listMenus},  {"close", 2, 2, &Terminal::close},
+        {"answer", 2, 2, &Terminal::answer},    {"pick", 2, 2, &Terminal::pick},
+        {"cancel", 1, 1, &Terminal::cancel},    {"clipboard", 1, 2, &Terminal::clipboard},
+        {"pointer", 4, 4, &Terminal::point},    {"link", 2, 2, &Terminal::link},
+        {"wait", 2, 2, &Terminal::wait},        {"skip", 2, 2, &Terminal::skip},
+        {"quit", 1, 1, &Terminal::quit},        {"say", 2, 2, &Terminal::say},
+        {"command", 2, 3, &Terminal::command},  {"commands", 1, 1, &Terminal::listCommands},
     };
     return table;
 }
@@ -253,6 +242,14 @@ void Terminal::clipboard(const Fields& fields) {
 
 void Terminal::point(const Fields& fields) {
     needs_.pointer.put(fields[1], {number(fields[2]), number(fields[3])});
+}
+
+void Terminal::link(const Fields& fields) {
+    if (fields[1] == "up") return needs_.link.force(std::vector{LinkState::connected});
+    if (fields[1] == "down") return needs_.link.force(std::vector<LinkState>{});
+    if (fields[1] == "error") return needs_.link.force(std::nullopt);
+    if (fields[1] == "auto") return needs_.link.release();
+    throw LineError("no such link: " + fields[1]);
 }
 
 void Terminal::wait(const Fields& fields) {

@@ -33,6 +33,7 @@ public:
         TerminalTray& tray;
         TerminalPointer& pointer;
         TerminalShell& shell;
+        TerminalLink& link;
         LineInput& input;
         LinePrinter& printer;
     };
@@ -82,6 +83,7 @@ private:
     void cancel(const Fields& fields);
     void clipboard(const Fields& fields);
     void point(const Fields& fields);
+    void link(const Fields& fields);
     void wait(const Fields& fields);
     void skip(const Fields& fields);
     void quit(const Fields& fields);

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/console/lines.h"
+#include "platform/link.h"
 #include "platform/pointer.h"
 #include "platform/shell.h"
 
@@ -48,6 +51,29 @@ private:
     LinePrinter& printer_;
     Tray* shown_;
     bool present_ = false;
+};
+
+/// Prints what the system is asked to dial; tests the system's link, or one that is forced.
+class TerminalLink : public Link {
+public:
+    using Connections = std::optional<std::vector<LinkState>>;
+
+    TerminalLink(LinePrinter& printer, Link& system) : printer_(printer), system_(system) {}
+    Connections connections() const override { return forced_ ? *forced_ : system_.connections(); }
+    long InternetAutodial() override {
+        const long result = system_.InternetAutodial();
+        printer_.print({"dial", std::to_string(result)});
+        return result;
+    }
+    /// From now on the test finds these connections.
+    void force(Connections connections) { forced_ = std::move(connections); }
+    /// Gives the test back to the system.
+    void release() { forced_.reset(); }
+
+private:
+    LinePrinter& printer_;
+    Link& system_;
+    std::optional<Connections> forced_;
 };
 
 /// A mouse that stands where it was last said to stand.

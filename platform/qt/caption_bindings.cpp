@@ -17,6 +17,7 @@ void setText(Widget& widget, const std::string& text) {
 }
 
 constexpr const char* showsProperty = "shows";
+constexpr const char* keepsRoomProperty = "keepsRoom";
 
 void press(QAbstractButton& button, bool down) {
     button.setCheckable(true);
@@ -35,9 +36,10 @@ void place(QWidget& widget, const Frame& model) {
     const bool moved = model.Left.peek() != 0 || model.Top.peek() != 0;
     if (parent && !parent->layout() && moved) widget.move(place);
     pressButtonsOf(widget, model.inView());
-    // Hidden for good it takes no room, out of view it does.
+    // Hidden for good it takes no room, out of view it does, and as a page that is hidden and shown by turns.
     QSizePolicy policy = widget.sizePolicy();
-    policy.setRetainSizeWhenHidden(model.Visible.peek() && !model.inView());
+    const bool isPage = widget.property(keepsRoomProperty).toBool();
+    policy.setRetainSizeWhenHidden(isPage || (model.Visible.peek() && !model.inView()));
     if (policy != widget.sizePolicy()) widget.setSizePolicy(policy);
 }
 

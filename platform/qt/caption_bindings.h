@@ -58,7 +58,8 @@ private:
 
 /// A frame that a layout manages stays where the layout puts it, any other goes where the program moves it.
 /// One that the program moves out of view leaves its room to the frames that share its place, and none of
-/// them changes the size of the window.
+/// them changes the size of the window. With the dynamic property "keepsRoom" it does so however it is
+/// hidden.
 class FrameBinding : public BindingOf<Frame, QFrame> {
 public:
     using BindingOf::BindingOf;

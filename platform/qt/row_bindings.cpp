@@ -157,6 +157,10 @@ TabStripBinding::TabStripBinding(TabStrip& model, QTabBar& widget, Loop& loop)
     : BindingOf(model, widget, loop, Pace::gathered) {
     QObject::connect(&widget, &QTabBar::currentChanged, context(),
                      [this](int tab) { enter([this, tab] { model_.select(tab + 1); }); });
+    QObject::connect(&widget, &QTabBar::tabBarClicked, context(), [this](int tab) {
+        // Any other tab tells of itself when it becomes the current one.
+        if (tab == widget_.currentIndex()) enter([this, tab] { model_.select(tab + 1); });
+    });
 }
 
 void TabStripBinding::show() {

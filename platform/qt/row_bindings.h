@@ -69,6 +69,7 @@ private:
     RowsModel rows_;
 };
 
+/// A click on the tab that is chosen already is a click too.
 class TabStripBinding : public BindingOf<TabStrip, QTabBar> {
 public:
     TabStripBinding(TabStrip& model, QTabBar& widget, Loop& loop);

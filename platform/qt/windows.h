@@ -32,6 +32,7 @@ public:
     MenuView& menus() { return menus_; }
 
     void formChanged(Form& form, FormChange change) override;
+    void formRaised(Form& form) override { show(form); }
     void focusMoved(Control& control) override;
     void menuPopped(Menu& menu) override { menus_.open(menu); }
 

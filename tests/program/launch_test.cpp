@@ -9,7 +9,12 @@ using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 
-using Launch = StartedProgram;
+struct Launch : StartedProgram {
+    void offerAccessories() {
+        for (const char* key : {"Calc", "CD", "Notepad", "Wordpad"})
+            machine.setting("/home", "Accessories", key, "Sel");
+    }
+};
 
 std::string listFile(const std::string& name, const std::string& target) {
     std::string text;
@@ -65,6 +70,7 @@ TEST_F(Launch, WrittenListsReadBackAsTheyWere) {
 }
 
 TEST_F(Launch, AccessoriesSpeakFirstAndOpenWhatTheMachineNames) {
+    offerAccessories();
     machine.setting("/home", "Accessories", "CDPlayer", "/opt/player with blanks", "platform.conf");
     program().menu("mnuCalculator");
     EXPECT_THAT(program().takeLines(),
@@ -84,6 +90,7 @@ TEST_F(Launch, AccessoriesSpeakFirstAndOpenWhatTheMachineNames) {
 }
 
 TEST_F(Launch, WithoutACharacterTheProgramsStillStart) {
+    offerAccessories();
     machine.character.clear();
     program().menu("mnuNotepad");
     program().menu("mnuEMail");

@@ -9,6 +9,8 @@
 #include "base/conversions.h"
 #include "platform/ini_settings_file.h"
 #include "tests/support/in_memory_files.h"
+#include "tests/support/simulated_inets.h"
+#include "tests/support/simulated_link.h"
 #include "tests/support/simulated_mailbox.h"
 #include "tests/support/simulated_sockets.h"
 
@@ -26,6 +28,10 @@ public:
 
     InMemoryFiles files;
     SimulatedNetwork network;
+
+    /// What every program on this machine finds on the web, and the machine's way there, which is up.
+    SimulatedWeb web;
+    SimulatedLink link;
 
     /// Sets a key of a settings file in the folder, before a program starts.
     void setting(const std::string& folder, std::string_view section, std::string_view key,

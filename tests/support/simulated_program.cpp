@@ -34,8 +34,8 @@ SimulatedProgram::SimulatedProgram(SimulatedMachine& machine, std::string folder
                       stage_ = stage.get();
                       return Actor{machine_.character, std::move(stage)};
                   }}),
-      platform_{loop_,  *this,  machine_.files, settings_, machineSettings_, *this,    random_,
-                boxes_, shell_, tray_,          pointer_,  agent_,           winsocks_},
+      platform_{loop_,  *this, machine_.files, settings_, machineSettings_, *this,  random_, boxes_,
+                shell_, tray_, pointer_,       agent_,    winsocks_,        inets_, link_},
       program_(platform_),
       reporter_(printer_, program_.forms(), boxes_, agent_) {
     boxes_.add(*this);

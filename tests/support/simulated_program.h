@@ -74,6 +74,7 @@ public:
     bool ended() const { return ended_; }
     SimulatedStage& stage() { return *stage_; }
     TerminalPointer& pointer() { return pointer_; }
+    Inets& inets() { return inets_; }
     Loop& loop() { return loop_; }
 
 private:
@@ -109,6 +110,8 @@ private:
     TerminalPointer pointer_;
     SimulatedWinsocks winsocks_{machine_.network,
                                 [this](std::function<void()> call) { inbox_.push_back(std::move(call)); }};
+    SimulatedInets inets_{loop_, machine_.web};
+    TerminalLink link_{printer_, machine_.link};
     SimulatedStage* stage_ = nullptr;
     EngineAgent agent_;
     Platform platform_;

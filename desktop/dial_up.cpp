@@ -1,0 +1,27 @@
+#include "desktop/dial_up.h"
+
+namespace velmora {
+
+DialUpConnection::DialUpConnection(Needs needs) : needs_(needs) {
+    needs_.mnuIntConnect.Click.connect([this] { DialUp(); });
+}
+
+bool DialUpConnection::IsConnected() {
+    const auto connections = needs_.link.connections();
+    if (!connections) {
+        needs_.dialogs.MsgBox("ERROR", "Velmora");
+        return false;
+    }
+    // Only the first one decides, as it is meant: a second link that is up does not count.
+    return !connections->empty() && connections->front() == LinkState::connected;
+}
+
+void DialUpConnection::DialUp() {
+    DialResult = needs_.link.InternetAutodial();
+}
+
+void DialUpConnection::waitUntilConnected() {
+    while (!IsConnected()) needs_.loop.doEvents();
+}
+
+}  // namespace velmora

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/dialogs.h"
+#include "platform/link.h"
+#include "platform/loop.h"
+#include "platform/menu.h"
+
+namespace velmora {
+
+/// The test for a connection to the Internet, and the order to dial.
+class DialUpConnection {
+public:
+    struct Needs {
+        Link& link;
+        Dialogs& dialogs;
+        Loop& loop;
+        Menu& mnuIntConnect;
+    };
+    explicit DialUpConnection(Needs needs);
+
+    /// What the last dial gave: 0 if the system took it up. Nobody tests it.
+    long DialResult = 0;
+
+    /// Whether the first connection is up; asks the system anew. If the system can't be asked: a box, then
+    /// False. Never fails.
+    bool IsConnected();
+
+    /// Asks the system to connect without asking the person. Does not wait for a connection.
+    void DialUp();
+
+    /// Returns when `IsConnected` says yes; other events run meanwhile. There is no time limit. Throws
+    /// `Ended` when the program is over before that.
+    void waitUntilConnected();
+
+private:
+    Needs needs_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,75 @@
+#include <gmock/gmock.h>
+
+#include "tests/program/started_program.h"
+
+namespace velmora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using namespace std::chrono_literals;
+
+class DialUpTest : public StartedProgram {
+protected:
+    bool isConnected() {
+        bool answer = false;
+        program().run([&](Program& inside) { answer = inside.dialUp().IsConnected(); });
+        return answer;
+    }
+};
+
+TEST_F(DialUpTest, OnlyTheFirstConnectionDecides) {
+    constexpr auto up = LinkState::connected;
+    constexpr auto notYet = LinkState::connecting;
+    const std::vector<std::pair<std::vector<LinkState>, bool>> cases{
+        {{}, false}, {{notYet}, false}, {{up}, true}, {{notYet, up}, false}, {{up, notYet}, true}};
+    for (const auto& [links, expected] : cases) {
+        machine.link.found = links;
+        EXPECT_EQ(isConnected(), expected) << links.size();
+        EXPECT_THAT(program().takeLines(), IsEmpty());
+    }
+    EXPECT_EQ(machine.link.asked, 5);
+}
+
+TEST_F(DialUpTest, SystemThatCannotBeAskedGivesABoxEachTime) {
+    machine.link.found = std::nullopt;
+    for (int test = 0; test < 2; ++test) {
+        EXPECT_FALSE(isConnected());
+        EXPECT_THAT(program().takeLines(), ElementsAre("box Velmora ERROR none ok"));
+    }
+}
+
+TEST_F(DialUpTest, ConnectEntryDialsAndDoesNothingElse) {
+    machine.link.dialResult = 668;
+    program().menu("mnuIntConnect");
+    EXPECT_THAT(program().takeLines(), ElementsAre("dial 668"));
+    EXPECT_EQ(machine.link.asked, 0);
+    program().run([](Program& inside) { EXPECT_EQ(inside.dialUp().DialResult, 668); });
+}
+
+TEST_F(DialUpTest, WaitForAConnectionLooksNowAndThenAndLetsOtherEventsRun) {
+    machine.link.found = std::vector<LinkState>{};
+    bool connected = false;
+    program().run([&](Program& inside) {
+        inside.dialUp().waitUntilConnected();
+        connected = true;
+    });
+    machine.advance(10s);
+    EXPECT_FALSE(connected);
+    EXPECT_LE(machine.link.asked, 300);
+    program().menu("mnuIntConnect");
+    EXPECT_THAT(program().takeLines(), ElementsAre("dial 0"));
+    machine.link.found = std::vector{LinkState::connected};
+    machine.advance(50ms);
+    EXPECT_TRUE(connected);
+}
+
+TEST_F(DialUpTest, TheEndOfTheProgramEndsTheWait) {
+    machine.link.found = std::vector<LinkState>{};
+    program().run([](Program& inside) { inside.dialUp().waitUntilConnected(); });
+    program().menu("mnuExit");
+    EXPECT_TRUE(program().ended());
+}
+
+}  // namespace
+}  // namespace velmora
