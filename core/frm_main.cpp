@@ -72,7 +72,9 @@ void FrmMain::Form_Load() {
         [&] { OutlookEnabled = setting("User", "OutlookEnabled"); },
         [&] { outlook = toBoolean(OutlookEnabled); },  // a text that does not convert counts as not True
         [&] {
-            if (!outlook) steps.hideOutlookMenus();
+            if (outlook) return;
+            menu("mnuOutlook").Visible = false;
+            steps.hideCalenderOutlookMenu();
         },
         [&] { UpdateClock(); }, [&] { steps.clearAlarm(); }, [&] { steps.ReadMailSettings(); },
         [&] { steps.SetAccessoriesMnu(); }, [&] { steps.loadLaunchLists(); }, [&] { steps.clearRequests(); },

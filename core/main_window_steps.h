@@ -11,7 +11,7 @@ namespace velmora {
 struct FormLoadSteps {
     Step fillWordTips;
     Step clearTipTicks;
-    Step hideOutlookMenus;  ///< only if the profile has not enabled Outlook
+    Step hideCalenderOutlookMenu;  ///< only if the profile has not enabled Outlook
     Step clearAlarm;
     Step ReadMailSettings;
     Step SetAccessoriesMnu;

@@ -39,6 +39,12 @@ std::string Machine::charactersFolder(const std::string& package) const {
     return velmora::charactersFolder(folders.application, folders.installed, package);
 }
 
+long Machine::dial(std::string_view kinds) {
+    if (!networkManager.present()) return SystemLink::cannotDial;
+    networkManager.connectAny(std::string(kinds));
+    return 0;
+}
+
 Platform Machine::platform(Shell& shell, Tray& tray, Pointer& pointer, AgentControl& agent, Link& link_) {
     return {loop,  application, files,   settings, machineSettings, clock, random, boxes,
             shell, tray,        pointer, agent,    winsocks,        inets, link_};

@@ -14,6 +14,8 @@
 #include "platform/posix/posix_files.h"
 #include "platform/posix/sockets/posix_winsocks.h"
 #include "platform/posix/system_clock.h"
+#include "platform/posix/system_link.h"
+#include "platform/qt/network_manager.h"
 #include "platform/qt/qt_loop_host.h"
 
 namespace velmora {
@@ -54,7 +56,11 @@ struct Machine {
          .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
          .files = files,
          .folder = folders.application}};
-    NoLink link;
+    qt::NetworkManager networkManager;
+    SystemLink link{machineSettings, [this](std::string_view kinds) { return dial(kinds); }};
+
+    /// Asks NetworkManager to connect, if it is there.
+    long dial(std::string_view kinds);
 
     /// Name of the default character's package, and the folder in which a package lies.
     std::string characterPackage() const;

@@ -134,8 +134,8 @@ void FrmOptions::chkReadEntire_Click() {
 void FrmOptions::pick(const ComboBox& names, ComboBox& targets, TextBox& name, TextBox& target) {
     ListIndex = names.ListIndex();
     targets.setListIndex(ListIndex);
-    name.Text = names.Text;
-    target.Text = targets.Text;
+    name.Text = names.Text.get();
+    target.Text = targets.Text.get();
 }
 
 void FrmOptions::ComOffice_Click() {

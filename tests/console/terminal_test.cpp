@@ -123,6 +123,17 @@ TEST_F(TerminalTest, CommandsAreListedSaidAndPicked) {
         EXPECT_THAT(session.send(line), ElementsAre(StartsWith("error "))) << line;
 }
 
+TEST_F(TerminalTest, LinkIsForcedAndADialIsPrinted) {
+    profile("Ann");
+    TerminalSession session(folder.path());
+    session.readAnswer();
+    EXPECT_THAT(session.send("menu mnuIntConnect"), ElementsAre(testing::MatchesRegex("dial [0-9]+"), "ok"));
+    for (const char* state : {"up", "down", "error", "auto"})
+        EXPECT_THAT(session.send(std::string("link ") + state), ElementsAre("ok"));
+    for (const char* wrong : {"link", "link sideways", "link UP", "link up down"})
+        EXPECT_THAT(session.send(wrong), ElementsAre(StartsWith("error"))) << wrong;
+}
+
 TEST_F(TerminalTest, NothingIsHeardBeforeThereIsACharacter) {
     TerminalSession session(folder.path());
     session.readAnswer();

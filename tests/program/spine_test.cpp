@@ -212,17 +212,15 @@ TEST_F(Spine, JokesTimerFollowsTheProfile) {
     EXPECT_EQ(startDefault().value("TimerJoke"), "False");
 }
 
-TEST_F(Spine, OutlookMenusHideUnlessTheProfileSaysTrue) {
-    for (const auto& [value, hidden] : {std::pair{"True", 0}, {"-1", 0}, {"False", 1}, {"what", 1}}) {
+TEST_F(Spine, OutlookMenuHidesUnlessTheProfileSaysTrue) {
+    for (const auto& [value, shown] :
+         {std::pair{"True", "True"}, {"-1", "True"}, {"False", "False"}, {"what", "False"}}) {
         SimulatedMachine fresh;
-        fresh.setting("/home", "Options", "Default", "False");
+        fresh.setting("/home", "Options", "Default", "True");
         fresh.setting("/home", "User", "OutlookEnabled", value);
-        auto& program = fresh.start("/home");
-        int hides = 0;
-        program.run([&](Program& inside) { inside.main().steps.hideOutlookMenus = [&] { ++hides; }; });
-        program.click("chkDefault");
-        EXPECT_EQ(hides, hidden) << value;
+        EXPECT_EQ(fresh.start("/home").value("mnuOutlook.Visible"), shown) << value;
     }
+    EXPECT_EQ(startDefault().value("mnuOutlook.Visible"), "False");
 }
 
 TEST_F(Spine, LoadOfTheMainWindowReactsToFailuresByTheirNumber) {
