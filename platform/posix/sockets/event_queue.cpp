@@ -13,6 +13,9 @@ constexpr std::chrono::milliseconds longestTurn{5};
 
 }  // namespace
 
+EventQueue::EventQueue(Loop& loop, Post post)
+    : loop_(loop), post_(std::move(post)), next_(loop, [this] { loop_.post(delivery()); }) {}
+
 void EventQueue::push(Event event) {
     noteTraffic();
     bool asleep = false;
@@ -44,10 +47,14 @@ void EventQueue::clear() {
     sinks_.clear();
 }
 
-void EventQueue::ring() {
-    post_([weak = weak_from_this()] {
+std::function<void()> EventQueue::delivery() {
+    return [weak = weak_from_this()] {
         if (const auto queue = weak.lock()) queue->deliver();
-    });
+    };
+}
+
+void EventQueue::ring() {
+    post_(delivery());
 }
 
 bool EventQueue::pop(Event& taken) {
@@ -60,7 +67,7 @@ bool EventQueue::pop(Event& taken) {
         // The handler may wait in a loop of its own, and what comes next has to reach it there.
         asleep = !events_.empty() && !std::exchange(rung_, true);
     }
-    if (asleep) ring();
+    if (asleep) next_.startOnce(std::chrono::milliseconds{0});
     return true;
 }
 

@@ -57,7 +57,7 @@ public:
     using Post = std::function<void(std::function<void()>)>;
 
     /// The loop outlives this.
-    EventQueue(Loop& loop, Post post) : loop_(loop), post_(std::move(post)) {}
+    EventQueue(Loop& loop, Post post);
 
     // From any thread.
     ChannelId newChannel() { return ++lastChannel_; }
@@ -79,10 +79,12 @@ public:
 private:
     void ring();
     void deliver();
+    std::function<void()> delivery();
     bool pop(Event& taken);
 
     Loop& loop_;
     Post post_;
+    LoopTimer next_;  ///< for what is left after a turn: whatever is due by then has its turn before that
     std::map<ChannelId, Sink*> sinks_;
     std::atomic<ChannelId> lastChannel_{0};
     std::atomic<Clock::duration::rep> traffic_{0};
