@@ -1,6 +1,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "base/failure.h"
@@ -11,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     velmora::CMessage message;
     try {
-        message.CreateFromText(text);
+        message.CreateFromText(std::string(text));
         if (message.Headers + "\r\n\r\n" + message.MessageBody != text ||
             message.Size() != static_cast<int>(size))
             std::abort();

@@ -43,7 +43,7 @@ void Resolver::stop() {
     asker_->here = false;
 }
 
-void Resolver::find(const std::string& name, std::uint16_t port, int family, Answer answer) {
+void Resolver::find(const std::string& name, std::uint16_t port, int family, const Answer& answer) {
     const auto question = [asker = asker_, name, port, family, answer] {
         const std::vector<Address> addresses = ask(name, port, family);
         const std::lock_guard lock(asker->mutex);

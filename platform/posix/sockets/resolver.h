@@ -22,7 +22,7 @@ public:
 
     /// Looks the name up in that family (or `AF_UNSPEC`). The answer comes in a thread of its own, in the
     /// order in which the system would try the addresses; it is empty if the name is not known.
-    void find(const std::string& name, std::uint16_t port, int family, Answer answer);
+    void find(const std::string& name, std::uint16_t port, int family, const Answer& answer);
 
     /// Forgets all questions; no answer is under way after that, and none comes.
     void stop();
