@@ -38,4 +38,10 @@ std::optional<std::size_t> mouthSlot(const Bone& bone, Mouth mouth) {
     return std::nullopt;
 }
 
+void setMouth(Pose& pose, const Rig& rig, Mouth mouth) {
+    const auto bone = rig.bone("mouth");
+    if (!bone) return;
+    if (const auto slot = mouthSlot(rig.bones[*bone], mouth)) pose[*bone].slot = *slot;
+}
+
 }  // namespace agent

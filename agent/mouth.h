@@ -19,4 +19,7 @@ std::string_view slotName(Mouth mouth);
 /// them.
 std::optional<std::size_t> mouthSlot(const Bone& bone, Mouth mouth);
 
+/// Gives a pose of the rig this mouth. A figure that has none of the kind keeps the one it has.
+void setMouth(Pose& pose, const Rig& rig, Mouth mouth);
+
 }  // namespace agent

@@ -21,8 +21,15 @@ std::uint16_t within(std::uint32_t number, std::uint32_t least, std::uint32_t mo
     return static_cast<std::uint16_t>(std::clamp(number, least, most));
 }
 
+// Whether the byte can't begin a character in UTF-8.
+bool continuesSequence(char c) {
+    return (static_cast<unsigned char>(c) & 0xc0) == 0x80;
+}
+
 class LineBuilder {
 public:
+    explicit LineBuilder(const Delivery& delivery) : delivery_(delivery) {}
+
     void add(std::string_view spoken, std::string_view shown) {
         next_.spoken += spoken;
         line_.shown += shown;
@@ -80,6 +87,13 @@ public:
         }
     }
 
+    const Delivery& delivery() const { return delivery_; }
+
+    // Whether something waits for the word that it belongs to.
+    bool expectsWord() const {
+        return !inWord_ && (next_.stressed || next_.bookmark != 0 || next_.pause.count() != 0);
+    }
+
     SpokenLine take() {
         endWord();
         if (next_.bookmark != 0 || next_.pause.count() != 0) push();
@@ -134,9 +148,17 @@ std::string chooseAlternative(std::string_view text, const std::function<std::si
 }
 
 SpokenLine parseSpeech(std::string_view oneAlternative) {
-    LineBuilder line;
-    auto rest = oneAlternative;
+    Delivery delivery;
+    return takeSpeech(oneAlternative, oneAlternative.size(), delivery);
+}
+
+SpokenLine takeSpeech(std::string_view& rest, std::size_t most, Delivery& delivery) {
+    LineBuilder line(delivery);
+    const std::size_t before = rest.size();
     while (!rest.empty()) {
+        const std::size_t taken = before - rest.size();
+        if (taken >= most && separatesWords(rest.front()) && !line.expectsWord()) break;
+        if (taken / 2 >= most && !continuesSequence(rest.front())) break;
         std::size_t used = 1;
         if (separatesWords(rest.front())) {
             line.addSeparator(rest.front());
@@ -151,6 +173,7 @@ SpokenLine parseSpeech(std::string_view oneAlternative) {
         }
         rest.remove_prefix(used);
     }
+    delivery = line.delivery();
     return line.take();
 }
 

@@ -54,6 +54,11 @@ std::string chooseAlternative(std::string_view text,
 /// Takes any bytes.
 SpokenLine parseSpeech(std::string_view oneAlternative);
 
+/// As `parseSpeech`, of the front of `rest`, which is moved behind it: about `most` bytes, up to the end of a
+/// word, or twice as many of a word that does not end. Takes something unless `rest` is empty. `delivery` is
+/// how the first word is said unless a tag tells; it becomes how the words behind the part are said.
+SpokenLine takeSpeech(std::string_view& rest, std::size_t most, Delivery& delivery);
+
 /// What `parseSpeech` shows.
 std::string shownText(std::string_view oneAlternative);
 

@@ -144,4 +144,37 @@ TEST(Bytes, AreUtf8OrElseWindows1252) {
     }
 }
 
+TEST(SpeechText, LongLineIsTakenInPartsThatBreakNoWordTagOrLetter) {
+    const struct {
+        std::string line;
+        std::vector<std::string> parts;
+    } cases[] = {
+        {"", {""}},
+        {"one two three", {"one two", " three"}},
+        {R"(ab \Map="four five"="x y"\ six)", {"ab x y", " six"}},
+        {"aaaaaaa\xc3\xa9"
+         "bbbb",
+         {"aaaaaaa\xc3\xa9", "bbbb"}},
+    };
+    for (const auto& [line, parts] : cases) {
+        std::string_view rest = line;
+        std::vector<std::string> taken;
+        Delivery delivery;
+        do taken.push_back(takeSpeech(rest, 4, delivery).shown);
+        while (!rest.empty());
+        EXPECT_EQ(taken, parts) << line;
+    }
+}
+
+TEST(SpeechText, TagsHoldBeyondThePartOfALineInWhichTheyStand) {
+    std::string_view rest = R"(one\Spd=200\ two\Emp\ three \Vol=0\four)";
+    Delivery delivery;
+    std::vector<std::string> words;
+    while (!rest.empty()) {
+        for (const auto& word : takeSpeech(rest, 8, delivery).words) words.push_back(manner(word));
+    }
+    EXPECT_EQ(words, (std::vector<std::string>{"one", "two rate 200", "three rate 200 stressed",
+                                               "four rate 200 volume 0"}));
+}
+
 }  // namespace
