@@ -1,5 +1,6 @@
 #include "agent/voice/plain_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 

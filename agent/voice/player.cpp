@@ -12,12 +12,16 @@ using namespace std::chrono_literals;
 // In the device and on its way to it: what bridges the pauses that a busy machine makes.
 constexpr auto ahead = 300ms;
 
-// A device that opens may have to be woken; one that plays and stands still for so long is lost.
-constexpr auto patienceToBegin = 1500ms;
+// A device may have to be woken, or have rendered two seconds of silence ahead; one that plays and stands
+// still for so long is lost.
+constexpr auto patienceToBegin = 2500ms;
 constexpr auto patience = 500ms;
 
 // What takes samples faster than they can be heard, or believes that it does, is held to the clock.
 constexpr auto earliest = 40ms;
+
+// Devices guess their position: so little progress may be none at all.
+constexpr auto guess = 15ms;
 
 constexpr auto shortestWait = 2ms;
 
@@ -72,7 +76,8 @@ void Player::updateHeard(TimePoint now) {
         heard_ = std::max(heard_, byClock);
         return;
     }
-    const std::size_t reported = written_ - std::min(written_, samplesIn(*delay));
+    std::size_t reported = written_ - std::min(written_, samplesIn(*delay));
+    if (reported < std::min(written_, start_.sample + samplesIn(guess))) reported = start_.sample;
     const std::size_t heard =
         std::min({reported, written_, start_.sample + samplesIn(now - start_.at + earliest)});
     if (heard > heard_ || heard == written_) {
@@ -85,7 +90,7 @@ void Player::updateHeard(TimePoint now) {
 }
 
 std::chrono::milliseconds Player::patienceNow() const {
-    return heard_ == 0 ? patienceToBegin : patience;
+    return heard_ == start_.sample ? patienceToBegin : patience;
 }
 
 // From now on the clock tells what would be heard, as if the device had gone on where it stopped.
@@ -114,8 +119,10 @@ void Player::handOver(TimePoint now) {
     if (sink_ && !sink_->write(block)) leaveSink(now);
 }
 
+// What happens at the sample that is heard next waits for the device to begin with it.
 void Player::tellHeard() {
-    while (!events_.empty() && events_.front().sample <= heard_) {
+    const bool next = !sink_ || heard_ == added();
+    while (!events_.empty() && events_.front().sample < heard_ + (next ? 1 : 0)) {
         const SpeechEvent event = events_.front();
         events_.pop_front();
         host_.tell(event);
