@@ -1,14 +1,13 @@
 #include <espeak-ng/speak_lib.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <string_view>
 
+#include "agent/bytes.h"
 #include "agent/voice/espeak_pitch.h"
 #include "agent/voice/ssml.h"
 #include "agent/voice/synthesizer.h"
@@ -133,6 +132,21 @@ private:
 
 std::unique_ptr<Synthesizer> openEspeak() {
     return std::make_unique<EspeakSynthesizer>();
+}
+
+std::string phonetic(std::string_view text) {
+    constexpr std::size_t longest = 100;
+    constexpr int inIpa = 2;
+    const std::string beginning = toUtf8(text.substr(0, longest));
+    std::string ipa;
+    const std::lock_guard lock(libraryMutex());
+    if (initialize() <= 0 || espeak_SetVoiceByName("en-us") != EE_OK) return ipa;
+    // Each call reads one clause, and moves on to the next one.
+    for (const void* rest = beginning.c_str(); rest != nullptr;) {
+        const char* clause = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, inIpa);
+        if (clause != nullptr) ipa.append(clause).append(" ");
+    }
+    return ipa;
 }
 
 }  // namespace agent

@@ -89,6 +89,10 @@ std::unique_ptr<Synthesizer> openSynthesizer(const VoiceParameters& parameters);
 /// another. Loaded on the first use, which takes some milliseconds.
 std::unique_ptr<Synthesizer> openEspeak();
 
+/// How American English says a text, in the International Phonetic Alphabet. Of a long text only its
+/// beginning; empty where the engine that has a voice for everything doesn't work.
+std::string phonetic(std::string_view text);
+
 /// A voice of the clearer engine, by its name without the engine's; null where it is not installed. Loaded on
 /// the first use.
 std::unique_ptr<Synthesizer> openFlite(std::string_view voice);

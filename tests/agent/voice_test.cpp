@@ -241,6 +241,19 @@ TEST(Voice, WritesAllThatIsSaidIntoOneWaveFile) {
     std::filesystem::remove(path);
 }
 
+TEST(WavSink, ForgetsWhatWasNotHeardAndGoesOnBehindTheRest) {
+    const auto path = std::filesystem::path(testing::TempDir()) / "voice_test_drop.wav";
+    openWav(path.string(), false, 8000)->write(std::vector<std::int16_t>(10, 1));
+    const auto sink = openWav(path.string(), true, 8000);
+    sink->write(std::vector<std::int16_t>(100, 2));
+    sink->drop(60);
+    EXPECT_EQ(std::filesystem::file_size(path), 44U + 2 * 50);
+    sink->drop(1000);
+    sink->write(std::vector<std::int16_t>(5, 3));
+    EXPECT_EQ(std::filesystem::file_size(path), 44U + 2 * 5);
+    std::filesystem::remove(path);
+}
+
 TEST(Voice, AWaveFileThatCannotBeWrittenLeavesTheLineSilent) {
     Loop loop;
     Heard heard;
@@ -373,6 +386,11 @@ TEST(Voice, ALineOnADeviceThatHangsEndsInTimeAndASoundlessOneFollows) {
         EXPECT_THAT(first.words, ElementsAre(0, 1));
     }
     release.set_value();
+}
+
+TEST(Phonetic, SpellsEveryClauseAndOnlyTheBeginningOfALongText) {
+    EXPECT_THAT(phonetic("go, see"), testing::AllOf(testing::HasSubstr("ɡ"), testing::HasSubstr("iː")));
+    EXPECT_LT(phonetic(std::string(1'000'000, 'a')).size(), 1000U);
 }
 
 TEST(EstimatePace, ComesNearTheWordsAMinute) {
