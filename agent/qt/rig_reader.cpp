@@ -131,8 +131,11 @@ Pose designedPose(const Rig& rig) {
 using Poses = std::map<std::string, Pose, std::less<>>;
 
 Ease easeNamed(const QJsonValue& value, std::string_view clip) {
-    const std::map<std::string, Ease, std::less<>> eases = {
-        {"", Ease::inOut}, {"io", Ease::inOut}, {"linear", Ease::linear}, {"back", Ease::back}};
+    const std::map<std::string, Ease, std::less<>> eases = {{"", Ease::inOut},
+                                                            {"io", Ease::inOut},
+                                                            {"linear", Ease::linear},
+                                                            {"back", Ease::back},
+                                                            {"steps", Ease::steps}};
     const auto found = eases.find(text(value));
     if (found == eases.end()) fail(QStringLiteral("clip \"%1\" has an ease that is not known"), clip);
     return found->second;
