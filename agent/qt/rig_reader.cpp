@@ -21,7 +21,7 @@ constexpr qsizetype mostKeys = 256;
 constexpr qsizetype mostKeysInAll = 2048;
 constexpr double mostUnits = 10'000;
 constexpr double smallestFigure = 16;
-constexpr double largestFigure = 1024;
+constexpr double largestFigure = 512;
 constexpr double longestClip = 600'000;  // milliseconds
 constexpr Milliseconds shortestLoop{40};
 
@@ -130,23 +130,23 @@ Pose designedPose(const Rig& rig) {
 
 using Poses = std::map<std::string, Pose, std::less<>>;
 
-Ease easeNamed(const QJsonValue& value, std::string_view clip) {
-    const std::map<std::string, Ease, std::less<>> eases = {
-        {"", Ease::inOut}, {"io", Ease::inOut}, {"linear", Ease::linear}, {"back", Ease::back}};
+Ease easeNamed(const QJsonValue& value) {
+    const std::map<std::string, Ease, std::less<>> eases = {{"", Ease::inOut},
+                                                            {"io", Ease::inOut},
+                                                            {"linear", Ease::linear},
+                                                            {"back", Ease::back},
+                                                            {"steps", Ease::steps}};
     const auto found = eases.find(text(value));
-    if (found == eases.end()) fail(QStringLiteral("clip \"%1\" has an ease that is not known"), clip);
+    if (found == eases.end()) fail(QStringLiteral("there is no ease \"%1\""), text(value));
     return found->second;
 }
 
 Key readKey(const QJsonObject& object, const Clip& clip, const Rig& rig, const Poses& poses) {
-    Key key{.at = time(object.value(u"at"), clip.name),
-            .ease = easeNamed(object.value(u"ease"), clip.name),
-            .pose = {}};
-    if (!clip.keys.empty() && key.at < clip.length())
-        fail(QStringLiteral("the keys of \"%1\" are out of order"), clip.name);
+    Key key{.at = time(object.value(u"at"), clip.name), .ease = easeNamed(object.value(u"ease")), .pose = {}};
+    if (!clip.keys.empty() && key.at < clip.length()) throw BadPackage(QStringLiteral("it is out of order"));
     const QJsonValue name = object.value(u"pose");
     const auto pose = poses.find(name.isUndefined() ? "rest" : text(name));
-    if (pose == poses.end()) fail(QStringLiteral("clip \"%1\" names a pose that is not there"), clip.name);
+    if (pose == poses.end()) fail(QStringLiteral("there is no pose \"%1\""), text(name));
     const bool carries = name.isUndefined() && !clip.keys.empty();
     key.pose = changed(carries ? clip.keys.back().pose : pose->second, rig, objectIn(object, u"set"));
     return key;
@@ -159,7 +159,16 @@ Clip readClip(const std::string& name, const QJsonObject& object, const Rig& rig
     const QJsonArray keys = object.value(u"keys").toArray();
     if (keys.empty() || keys.size() > mostKeys)
         fail(QStringLiteral("clip \"%1\" has no keys, or too many"), name);
-    for (const auto& key : keys) clip.keys.push_back(readKey(key.toObject(), clip, rig, poses));
+    for (const auto& key : keys) {
+        try {
+            clip.keys.push_back(readKey(key.toObject(), clip, rig, poses));
+        } catch (const BadPackage& bad) {
+            throw BadPackage(QStringLiteral("clip \"%1\", key %2: %3")
+                                 .arg(QString::fromStdString(name))
+                                 .arg(clip.keys.size() + 1)
+                                 .arg(bad.reason));
+        }
+    }
     if (const auto loop = object.value(u"loop"); !loop.isUndefined()) {
         const auto [start, end] = numberPair(loop, name, 0, longestClip);
         clip.loop = {Milliseconds(std::llround(start)), Milliseconds(std::llround(end))};
