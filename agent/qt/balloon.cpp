@@ -7,8 +7,8 @@
 #include <QPainterPath>
 #include <QScreen>
 #include <algorithm>
-#include <chrono>
 
+#include "agent/qt/nearest_screen.h"
 #include "agent/qt/window_shape.h"
 
 namespace agent {
@@ -23,7 +23,6 @@ constexpr int speechTailLength = 16;
 constexpr int thoughtTailLength = 26;
 constexpr int lettersInLine = 34;
 constexpr double mostOfScreen = 0.6;
-constexpr std::chrono::milliseconds staysOpen{3500};
 
 }  // namespace
 
@@ -35,17 +34,13 @@ Balloon::Balloon()
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
-    closing_.setSingleShot(true);
-    connect(&closing_, &QTimer::timeout, this, &Balloon::closeNow);
 }
 
 void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure) {
-    closing_.stop();
     kind_ = kind;
     const QFont used = QApplication::font();
     const QFontMetrics metrics(used);
-    const QScreen* screen = QGuiApplication::screenAt(figure.center());
-    const QSize area = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->availableSize();
+    const QSize area = nearestScreen(figure.center())->availableSize();
     const int width = std::min(metrics.averageCharWidth() * lettersInLine, area.width() * 2 / 5);
     const int height = static_cast<int>(area.height() * mostOfScreen) - 2 * padding;
     text_.set(text, used, {width, std::max(height, metrics.height())});
@@ -64,8 +59,7 @@ void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker
 }
 
 void Balloon::follow(QRect figure) {
-    const QScreen* screen = QGuiApplication::screenAt(figure.center());
-    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    const QScreen* screen = nearestScreen(figure.center());
     const int tail = kind_ == BalloonKind::speech ? speechTailLength : thoughtTailLength;
     const QSize body =
         (text_.size() + QSize(2 * padding, 2 * padding)).expandedTo({3 * rounding, 2 * rounding});
@@ -88,12 +82,7 @@ void Balloon::reveal(qsizetype end) {
     update();
 }
 
-void Balloon::closeSoon() {
-    closing_.start(staysOpen);
-}
-
 void Balloon::closeNow() {
-    closing_.stop();
     hide();
 }
 

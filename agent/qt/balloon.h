@@ -1,15 +1,13 @@
 #pragma once
 
 #include <QPainterPath>
-#include <QTimer>
 #include <QWidget>
 
+#include "agent/display.h"
 #include "agent/qt/balloon_place.h"
 #include "agent/qt/balloon_text.h"
 
 namespace agent {
-
-enum class BalloonKind { speech, thought };
 
 /// The balloon beside the figure: a window of its own that never takes the focus. It has its own colours,
 /// which are readable whatever the desktop's theme, and the application's font.
@@ -24,10 +22,7 @@ public:
     /// Reveals the line up to a position of its text.
     void reveal(qsizetype end);
 
-    /// Closes the balloon after a while.
-    void closeSoon();
-
-    /// Closes it now. No failure if it is closed.
+    /// Closes it. No failure if it is closed.
     void closeNow();
 
     /// Stands beside the figure's new place.
@@ -45,7 +40,6 @@ private:
     BalloonKind kind_ = BalloonKind::speech;
     BalloonText text_;
     BalloonPlace place_;
-    QTimer closing_;
 };
 
 }  // namespace agent

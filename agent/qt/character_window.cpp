@@ -9,27 +9,11 @@
 #include <array>
 #include <utility>
 
+#include "agent/qt/nearest_screen.h"
 #include "agent/qt/window_shape.h"
 
 namespace agent {
 namespace {
-
-// Between two screens of different size there are points on none.
-QScreen* nearestScreen(QPoint point) {
-    if (auto* screen = QGuiApplication::screenAt(point)) return screen;
-    QScreen* nearest = QGuiApplication::primaryScreen();
-    int least = -1;
-    for (auto* screen : QGuiApplication::screens()) {
-        const QRect area = screen->geometry();
-        const QPoint inside(std::clamp(point.x(), area.left(), area.right()),
-                            std::clamp(point.y(), area.top(), area.bottom()));
-        const int distance = (point - inside).manhattanLength();
-        if (least >= 0 && distance >= least) continue;
-        least = distance;
-        nearest = screen;
-    }
-    return nearest;
-}
 
 int buttonNumber(Qt::MouseButton button) {
     constexpr std::array<std::pair<Qt::MouseButton, int>, 3> numbers = {
@@ -70,6 +54,8 @@ void CharacterWindow::updateComposited() {
 }
 
 QPoint CharacterWindow::inside(QPoint position) const {
+    constexpr int farthest = 1'000'000;  // no desktop is larger, and no sum below overflows
+    position = {std::clamp(position.x(), -farthest, farthest), std::clamp(position.y(), -farthest, farthest)};
     const QRect wanted(position, size());
     const QRect area = nearestScreen(wanted.center())->availableGeometry();
     const QPoint last(std::max(area.left(), area.right() + 1 - width()),
@@ -101,6 +87,12 @@ void CharacterWindow::showEvent(QShowEvent* event) {
     shape();
 }
 
+// A figure that vanishes slips from the hand that drags it.
+void CharacterWindow::hideEvent(QHideEvent* event) {
+    pressed_ = dragged_ = false;
+    QWidget::hideEvent(event);
+}
+
 void CharacterWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     pressed_ = true;
@@ -122,7 +114,9 @@ void CharacterWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return tell(onClick, *event);
     const bool clicked = std::exchange(pressed_, false) && !dragged_;
     if (clicked) return tell(onClick, *event);
-    if (dragged_) place(inside(event->globalPosition().toPoint() - grip_));
+    if (!std::exchange(dragged_, false)) return;
+    place(inside(event->globalPosition().toPoint() - grip_));
+    if (onDropped) onDropped();
 }
 
 void CharacterWindow::mouseDoubleClickEvent(QMouseEvent* event) {
