@@ -240,6 +240,7 @@ void Performer::playOwn(const Clip* clip) {
 
 void Performer::listening(bool on) {
     if (std::exchange(listening_, on) == on) return;
+    idle_.disturb();
     playOwn(on ? firstOf(needs_.rig, {"StartListening", "Alert"}) : needs_.rig.clip("StopListening"));
     schedule();
 }
@@ -279,7 +280,7 @@ void Performer::idle() {
     if ((!action_ || isLine(action_)) && animator_.atRest()) {
         gaze_.advance(needs_.now());
         lookAtPointer();
-        const bool calm = action_ || listening_ || !habits_.idle;
+        const bool calm = action_ || !habits_.idle;
         if (const Clip* clip = calm ? needs_.rig.clip("Blink") : idle_.choose(needs_.rig)) {
             own_ = true;
             animator_.start(*clip, needs_.now());

@@ -1,10 +1,12 @@
 #include "agent/qt/balloon.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 #include <QScreen>
 #include <algorithm>
 
@@ -14,9 +16,24 @@
 namespace agent {
 namespace {
 
-constexpr QRgb paper = 0xfffff8dc;
-constexpr QRgb ink = 0xff201a12;
-constexpr QRgb border = 0xff6b5a3a;
+struct Colours {
+    QColor paper;
+    QColor ink;
+    QColor border;
+    int borderWidth;
+};
+
+// A black desktop with white letters is one for people who need that contrast.
+Colours coloursFor(const QPalette& palette) {
+    constexpr int nearlyBlack = 8;
+    constexpr int nearlyWhite = 247;
+    const QColor window = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
+    if (window.lightness() <= nearlyBlack && text.lightness() >= nearlyWhite)
+        return {Qt::black, Qt::white, Qt::white, 2};
+    return {QColor::fromRgb(0xfff8dc), QColor::fromRgb(0x201a12), QColor::fromRgb(0x6b5a3a), 1};
+}
+
 constexpr int padding = 12;
 constexpr int rounding = 12;
 constexpr int speechTailLength = 16;
@@ -34,10 +51,13 @@ Balloon::Balloon()
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
+    // Owned by the toolkit from here on, and gone with the widget.
+    QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Notification));
 }
 
 void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure) {
     kind_ = kind;
+    composited_ = isComposited(*this);
     const QFont used = QApplication::font();
     const QFontMetrics metrics(used);
     const QSize area = nearestScreen(figure.center())->availableSize();
@@ -69,7 +89,7 @@ void Balloon::follow(QRect figure) {
     place_.body.translate(-whole.topLeft());
     place_.tip -= whole.topLeft();
     setGeometry(whole);
-    if (isComposited(*this)) {
+    if (composited_) {
         clearMask();
     } else {
         setMask(QRegion(outline().toFillPolygon().toPolygon()));
@@ -138,11 +158,12 @@ QPainterPath Balloon::thoughtTail() const {
 void Balloon::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor::fromRgba(border), 1));
-    painter.setBrush(QColor::fromRgba(paper));
+    const Colours colours = coloursFor(QApplication::palette());
+    painter.setPen(QPen(colours.border, colours.borderWidth));
+    painter.setBrush(colours.paper);
     painter.drawPath(outline());
     painter.translate(place_.body.topLeft() + QPoint(padding, padding));
-    text_.draw(painter, QColor::fromRgba(ink));
+    text_.draw(painter, colours.ink);
 }
 
 void Balloon::mousePressEvent(QMouseEvent*) {

@@ -10,7 +10,8 @@
 namespace agent {
 
 /// The balloon beside the figure: a window of its own that never takes the focus. It has its own colours,
-/// which are readable whatever the desktop's theme, and the application's font.
+/// which are readable whatever the desktop's theme, but for a theme of high contrast, and the application's
+/// font. To a screen reader it is a notification whose name is the line.
 class Balloon : public QWidget {
 public:
     Balloon();
@@ -40,6 +41,7 @@ private:
     BalloonKind kind_ = BalloonKind::speech;
     BalloonText text_;
     BalloonPlace place_;
+    bool composited_ = true;
 };
 
 }  // namespace agent
