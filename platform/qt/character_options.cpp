@@ -114,7 +114,7 @@ CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector
     all->addLayout(both, 1);
     all->addWidget(box);
     const int wanted = fields->sizeHint().height() + box->sizeHint().height() + 60;
-    resize(sizeHint().width(), std::min(wanted, screen()->availableSize().height() - 60));
+    resize(sizeHint().width(), std::min(wanted, screen()->availableSize().height() - 100));
 }
 
 QWidget* CharacterOptions::figurePart() {
