@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QPalette>
 #include <QScreen>
 #include <algorithm>
 #include <chrono>
@@ -102,6 +103,21 @@ TEST(BalloonWindow, NeverTakesMoreThanMostOfTheScreenAndTellsScreenReadersTheLin
     ASSERT_NE(spoken, nullptr);
     EXPECT_EQ(spoken->role(), QAccessible::Notification);
     EXPECT_EQ(spoken->text(QAccessible::Name), line);
+}
+
+TEST(BalloonWindow, FollowsAThemeOfHighContrastOnly) {
+    const QPalette before = QApplication::palette();
+    const QRect figure(QGuiApplication::primaryScreen()->geometry().center(), QSize(100, 100));
+    const auto paperOn = [&](const QColor& window, const QColor& text) {
+        QApplication::setPalette(QPalette(text, window, window, window, window, text, text, window, window));
+        Balloon balloon;
+        balloon.open(BalloonKind::speech, QStringLiteral("x"), {}, figure);
+        return balloon.grab().toImage().pixelColor(balloon.width() / 2, 6);
+    };
+    EXPECT_EQ(paperOn(Qt::black, Qt::white), QColor(Qt::black));
+    EXPECT_GT(paperOn(QColor(49, 54, 59), QColor(239, 240, 241)).lightness(), 200);
+    EXPECT_GT(paperOn(Qt::white, Qt::black).lightness(), 200);
+    QApplication::setPalette(before);
 }
 
 // The columns of an image that hold something dark.
