@@ -14,6 +14,9 @@ constexpr Milliseconds readingAWord{260};
 constexpr Milliseconds pondering{1200};
 constexpr Milliseconds balloonStays{3500};
 
+// How many bytes of a line are worked on at a time: a long one must not hold up the events of the desktop.
+constexpr std::size_t linePart = 8192;
+
 bool isLine(std::optional<Action> action) {
     return action == Action::speak || action == Action::think;
 }
@@ -51,9 +54,9 @@ void Performer::begin(const Order& order) {
             action_.reset();
             return std::exchange(done_, nullptr)(false);
         case Action::speak:
-            return speak(order.text);
+            return beginLine(BalloonKind::speech, order.text);
         case Action::think:
-            return think(order.text);
+            return beginLine(BalloonKind::thought, order.text);
         case Action::moveTo:
             return moveTo({order.x, order.y});
     }
@@ -139,26 +142,36 @@ void Performer::moveTo(Place target) {
     frame();
 }
 
-SpokenLine Performer::openBalloon(BalloonKind kind, const std::string& text) {
+void Performer::beginLine(BalloonKind kind, const std::string& text) {
     if (std::exchange(own_, false)) animator_.settle(needs_.now());
-    SpokenLine line = parseSpeech(chooseAlternative(text, needs_.pick));
-    words_ = line.words.size();
     closeAt_.reset();
-    balloonOpen_ = habits_.balloon || kind == BalloonKind::thought;
+    lineKind_ = kind;
+    lineText_ = chooseAlternative(text, needs_.pick);
+    lineRest_ = lineText_;
+    nextPart();
+}
+
+// Shows the next part of the line.
+SpokenLine Performer::openBalloon() {
+    SpokenLine line = takeSpeech(lineRest_, linePart);
+    words_ = line.words.size();
+    balloonOpen_ = habits_.balloon || lineKind_ == BalloonKind::thought;
     if (balloonOpen_) {
-        needs_.display.openBalloon(kind, line);
+        needs_.display.openBalloon(lineKind_, line);
     } else {
         needs_.display.closeBalloon();
     }
     return line;
 }
 
-void Performer::speak(const std::string& text) {
-    SpokenLine line = openBalloon(BalloonKind::speech, text);
-    if (voice_ == nullptr) {
-        nextWord_ = 0;
-        return revealNext();
-    }
+void Performer::nextPart() {
+    SpokenLine part = openBalloon();
+    if (lineKind_ == BalloonKind::speech && voice_ != nullptr) return speakPart(std::move(part));
+    nextWord_ = 0;
+    revealNext();
+}
+
+void Performer::speakPart(SpokenLine part) {
     speaking_ = true;
     const auto onWord = [this](std::size_t word) {
         if (balloonOpen_) needs_.display.revealWord(word);
@@ -168,33 +181,31 @@ void Performer::speak(const std::string& text) {
         draw();
     };
     const auto onEnd = [this] {
-        endLine();
-        finish();
+        endPart();
         schedule();
     };
-    voice_->speak(std::move(line), {.onWord = onWord, .onMouth = onMouth, .onEnd = onEnd});
+    voice_->speak(std::move(part), {.onWord = onWord, .onMouth = onMouth, .onEnd = onEnd});
     frame();
 }
 
-void Performer::think(const std::string& text) {
-    openBalloon(BalloonKind::thought, text);
-    nextWord_ = 0;
-    revealNext();
-}
-
 void Performer::revealNext() {
-    if (nextWord_ > words_) {
-        endLine();
-        return finish();
-    }
+    if (nextWord_ > words_) return endPart();
     if (balloonOpen_) needs_.display.revealWord(nextWord_);
     wordAt_ = needs_.now() + (++nextWord_ < words_ ? readingAWord : pondering);
     if (nextWord_ == words_) ++nextWord_;
     frame();
 }
 
+void Performer::endPart() {
+    if (!lineRest_.empty()) return nextPart();
+    endLine();
+    finish();
+}
+
 // What stays to be seen is the whole line: a word may lie beyond the last one that was told.
 void Performer::endLine() {
+    lineText_.clear();
+    lineRest_ = {};
     speaking_ = false;
     mouth_ = Mouth::closed;
     nextWord_ = 0;

@@ -76,11 +76,13 @@ private:
     void hide();
     void play(const Clip& clip);
     void moveTo(Place target);
-    void speak(const std::string& text);
-    void think(const std::string& text);
 
-    SpokenLine openBalloon(BalloonKind kind, const std::string& text);
+    void beginLine(BalloonKind kind, const std::string& text);
+    SpokenLine openBalloon();
+    void nextPart();
+    void speakPart(SpokenLine part);
     void revealNext();
+    void endPart();
     void endLine();
     void finish();
     void hasVanished();
@@ -114,7 +116,10 @@ private:
     bool speaking_ = false;  ///< aloud
     bool balloonOpen_ = false;
     Mouth mouth_ = Mouth::closed;
-    std::size_t words_ = 0;  ///< of the present line
+    BalloonKind lineKind_ = BalloonKind::speech;
+    std::string lineText_;       ///< of the line under way
+    std::string_view lineRest_;  ///< what of it has not been begun
+    std::size_t words_ = 0;      ///< of the present part
     std::size_t nextWord_ = 0;
 
     // When to do what.

@@ -128,6 +128,16 @@ Pose designedPose(const Rig& rig) {
     return pose;
 }
 
+// Says in which pose or key a fault lies.
+template <typename Step>
+auto in(const QString& place, Step step) {
+    try {
+        return step();
+    } catch (const BadPackage& bad) {
+        throw BadPackage(QStringLiteral("%1: %2").arg(place, bad.reason));
+    }
+}
+
 using Poses = std::map<std::string, Pose, std::less<>>;
 
 Ease easeNamed(const QJsonValue& value) {
@@ -160,14 +170,9 @@ Clip readClip(const std::string& name, const QJsonObject& object, const Rig& rig
     if (keys.empty() || keys.size() > mostKeys)
         fail(QStringLiteral("clip \"%1\" has no keys, or too many"), name);
     for (const auto& key : keys) {
-        try {
-            clip.keys.push_back(readKey(key.toObject(), clip, rig, poses));
-        } catch (const BadPackage& bad) {
-            throw BadPackage(QStringLiteral("clip \"%1\", key %2: %3")
-                                 .arg(QString::fromStdString(name))
-                                 .arg(clip.keys.size() + 1)
-                                 .arg(bad.reason));
-        }
+        const QString place =
+            QStringLiteral("clip \"%1\", key %2").arg(QString::fromStdString(name)).arg(clip.keys.size() + 1);
+        clip.keys.push_back(in(place, [&] { return readKey(key.toObject(), clip, rig, poses); }));
     }
     if (const auto loop = object.value(u"loop"); !loop.isUndefined()) {
         const auto [start, end] = numberPair(loop, name, 0, longestClip);
@@ -215,7 +220,9 @@ Rig readRig(const QJsonObject& root) {
     if (poseObjects.size() > mostClips) throw BadPackage(QStringLiteral("it has too many poses"));
     for (auto i = poseObjects.begin(); i != poseObjects.end(); ++i) {
         // Every pose is a change of the resting one.
-        poses.insert_or_assign(i.key().toStdString(), changed(rig.rest, rig, i.value().toObject()));
+        Pose pose = in(QStringLiteral("pose \"%1\"").arg(i.key()),
+                       [&] { return changed(rig.rest, rig, i.value().toObject()); });
+        poses.insert_or_assign(i.key().toStdString(), std::move(pose));
     }
 
     const QJsonObject clips = objectIn(root, u"clips");

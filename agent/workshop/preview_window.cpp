@@ -5,7 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
-#include <QPainter>
+#include <QStyle>
 #include <algorithm>
 #include <utility>
 
@@ -31,6 +31,9 @@ PreviewWindow::PreviewWindow(Package package, std::unique_ptr<PartArt> art, int 
       figure_(new QLabel) {
     setWindowTitle(QString::fromStdString(package_.rig.name));
     for (const Clip& clip : package_.rig.clips) clips_->addItem(QString::fromStdString(clip.name));
+    clips_->setFixedWidth(clips_->sizeHintForColumn(0) +
+                          clips_->style()->pixelMetric(QStyle::PM_ScrollBarExtent) +
+                          4 * clips_->frameWidth());
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(clips_);
     layout->addWidget(figure_, 1);
@@ -40,6 +43,7 @@ PreviewWindow::PreviewWindow(Package package, std::unique_ptr<PartArt> art, int 
     connect(&frames_, &QTimer::timeout, this, [this] { turn(); });
     clock_.start();
     frames_.start(frame);
+    paintFigure();  // the window opens as large as the figure needs
 }
 
 void PreviewWindow::play(const QString& name) {
@@ -48,7 +52,7 @@ void PreviewWindow::play(const QString& name) {
 }
 
 void PreviewWindow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space) animator_.leaveLoop();
+    if (event->key() == Qt::Key_Space) animator_.leaveLoop(Milliseconds(clock_.elapsed()));
     QWidget::keyPressEvent(event);
 }
 

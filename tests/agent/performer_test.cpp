@@ -225,6 +225,33 @@ TEST_F(PerformerTest, HabitsSayWhetherThereIsABalloonAndWhetherItStays) {
     }
 }
 
+TEST_F(PerformerTest, SaysALongLinePartByPartWithoutLosingAWord) {
+    ScriptedVoice voice;
+    std::string longLine;
+    for (int i = 0; i < 100'000; ++i) longLine.append("word").append(std::to_string(i)).append(" ");
+    for (Voice* speaker : {static_cast<Voice*>(&voice), static_cast<Voice*>(nullptr)}) {
+        scene.performer.setVoice(speaker);
+        const auto line = scene.ask(Action::speak, longLine);
+        scene.settle();
+        std::string shown;
+        std::size_t longest = 0;
+        for (std::string last; line->state() == RequestState::inProgress;) {
+            if (*scene.balloon != last) {
+                last = *scene.balloon;
+                shown += last;
+                longest = std::max(longest, last.size());
+            }
+            if (speaker != nullptr) {
+                voice.said.onEnd();
+            } else {
+                scene.pass(60s);
+            }
+        }
+        EXPECT_EQ(shown, longLine);
+        EXPECT_LT(longest, 10'000U);
+    }
+}
+
 TEST_F(PerformerTest, ALineUnderWayEndsWhenItsVoiceIsTakenAway) {
     ScriptedVoice voice;
     scene.performer.setVoice(&voice);
