@@ -29,7 +29,6 @@ constexpr std::array sizesOffered{100, 125, 150, 175, 200, 250, 300};
 
 // Keys that no program needs for writing, under the names that X gives them.
 constexpr std::array keysOffered{"Scroll_Lock", "Pause", "Menu", "Control_R", "F9", "F10", "F11", "F12"};
-const char* const standardKey = "Scroll_Lock";
 
 // A number, or, one below the least, the character's own.
 QSpinBox* numberField(Range range, const QString& unit) {
@@ -151,6 +150,7 @@ QWidget* CharacterOptions::hearingPart() {
         const QString name = QString::fromLatin1(key);
         key_->addItem(QString(name).replace(u'_', u' '), name);
     }
+    key_->addItem(tr("None"), QString());
     auto* group = new QGroupBox(tr("Listening"));
     auto* form = new QFormLayout(group);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
@@ -175,8 +175,7 @@ void CharacterOptions::showEvent(QShowEvent* event) {
     setNumber(*rate_, value("Speech", "Rate"));
     setNumber(*pitch_, value("Speech", "Pitch"));
     choose(*device_, value("Speech", "Device"));
-    const std::string key = value("Hearing", "Key");
-    choose(*key_, key.empty() ? standardKey : key);
+    choose(*key_, value("Hearing", "Key"));
     QDialog::showEvent(event);
 }
 
@@ -203,9 +202,7 @@ void CharacterOptions::accept() {
         write("Speech", "Rate", made.rate);
         write("Speech", "Pitch", made.pitch);
         write("Speech", "Device", chosen(*device_));
-        const bool standard =
-            settings_.machine.value("Hearing", "Key").empty() && chosen(*key_) == standardKey;
-        if (!standard) write("Hearing", "Key", chosen(*key_));
+        write("Hearing", "Key", chosen(*key_));
         if (written_ && applied_) applied_();
     });
     QDialog::accept();
