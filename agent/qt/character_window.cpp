@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
 #include "agent/qt/nearest_screen.h"
@@ -27,6 +28,27 @@ int shiftState(Qt::KeyboardModifiers keys) {
            (keys.testFlag(Qt::AltModifier) ? 4 : 0);
 }
 
+// Where two frames differ, in device pixels.
+QRect difference(const QImage& before, const QImage& after) {
+    if (before.size() != after.size()) return after.rect();
+    const auto width = static_cast<std::size_t>(after.width());
+    int top = -1, bottom = -1;
+    std::size_t left = width, right = 0;
+    for (int y = 0; y < after.height(); ++y) {
+        const std::span old(reinterpret_cast<const QRgb*>(before.constScanLine(y)), width);
+        const std::span now(reinterpret_cast<const QRgb*>(after.constScanLine(y)), width);
+        const auto first = std::ranges::mismatch(old, now).in1 - old.begin();
+        if (first == old.end() - old.begin()) continue;
+        const auto last = std::mismatch(old.rbegin(), old.rend(), now.rbegin()).first;
+        if (top < 0) top = y;
+        bottom = y;
+        left = std::min(left, static_cast<std::size_t>(first));
+        right = std::max(right, static_cast<std::size_t>(old.rend() - last));
+    }
+    if (top < 0) return {};
+    return {QPoint(static_cast<int>(left), top), QPoint(static_cast<int>(right) - 1, bottom)};
+}
+
 }  // namespace
 
 CharacterWindow::CharacterWindow(QSize size)
@@ -40,9 +62,13 @@ CharacterWindow::CharacterWindow(QSize size)
 }
 
 void CharacterWindow::setFrame(QImage frame, bool still) {
+    const QRect changed = difference(frame_, frame);
     frame_ = std::move(frame);
     if (isVisible() && (still || !composited_)) shape();
-    update();
+    const double scale = deviceScale();
+    update(QRectF(QPointF(changed.topLeft()) / scale, QSizeF(changed.size()) / scale)
+               .toAlignedRect()
+               .adjusted(-1, -1, 1, 1));  // the desktop may blend neighbours
 }
 
 void CharacterWindow::shape() {
