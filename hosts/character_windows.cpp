@@ -37,6 +37,10 @@ void CharacterWindows::listenAsked(bool on) {
     if (figure_) figure_->listening(on);
 }
 
+void CharacterWindows::heard(const std::string&, const std::string&, int) {
+    if (figure_) figure_->speechHeard();
+}
+
 void CharacterWindows::propertiesAsked() {
     if (!options_ || !options_->isVisible()) {
         options_ = std::make_unique<qt::CharacterOptions>(settings(), voices, trial(), [this] {

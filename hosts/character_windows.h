@@ -24,6 +24,7 @@ public:
     void setFigure(agent::QtCharacter& figure, Sound sound);
 
     void listenAsked(bool on) override;
+    void heard(const std::string& words, const std::string& command, int confidence) override;
     void propertiesAsked() override;
     void choiceAsked() override;
 
