@@ -148,12 +148,13 @@ void Performer::beginLine(BalloonKind kind, const std::string& text) {
     lineKind_ = kind;
     lineText_ = chooseAlternative(text, needs_.pick);
     lineRest_ = lineText_;
+    lineDelivery_ = {};
     nextPart();
 }
 
 // Shows the next part of the line.
 SpokenLine Performer::openBalloon() {
-    SpokenLine line = takeSpeech(lineRest_, linePart);
+    SpokenLine line = takeSpeech(lineRest_, linePart, lineDelivery_);
     words_ = line.words.size();
     balloonOpen_ = habits_.balloon || lineKind_ == BalloonKind::thought;
     if (balloonOpen_) {

@@ -15,6 +15,13 @@ namespace {
 const std::vector<std::string> voices{"en-us",      "en-gb",     "en-gb-scotland",
                                       "en-gb-x-rp", "en-us-nyc", "en-029"};
 
+// Those that are always there, and those of the clearer engine that are installed.
+std::vector<std::string> voicesOnOffer() {
+    std::vector<std::string> offered = voices;
+    for (std::string& voice : agent::installedVoices()) offered.push_back(std::move(voice));
+    return offered;
+}
+
 void raise(QDialog& window) {
     window.show();
     window.raise();
@@ -43,7 +50,7 @@ void CharacterWindows::heard(const std::string&, const std::string&, int) {
 
 void CharacterWindows::propertiesAsked() {
     if (!options_ || !options_->isVisible()) {
-        options_ = std::make_unique<qt::CharacterOptions>(settings(), voices, trial(), [this] {
+        options_ = std::make_unique<qt::CharacterOptions>(settings(), voicesOnOffer(), trial(), [this] {
             if (figure_) applySettings(*figure_, machine_.machineSettings, sound_);
         });
     }
