@@ -119,7 +119,7 @@ private:
     BalloonKind lineKind_ = BalloonKind::speech;
     std::string lineText_;       ///< of the line under way
     std::string_view lineRest_;  ///< what of it has not been begun
-    Delivery lineDelivery_;      ///< of the words behind the present part
+    Delivery lineDelivery_;      ///< of the words behind the part under way
     std::size_t words_ = 0;      ///< of the present part
     std::size_t nextWord_ = 0;
 
