@@ -14,6 +14,29 @@ constexpr std::array<std::uint16_t, 32> windows1252 = {
     0x2039, 0x0152, 0x008d, 0x017d, 0x008f, 0x0090, 0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
     0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0x009d, 0x017e, 0x0178};
 
+/// Capitals and how far behind them their small letters come.
+struct Capitals {
+    std::uint32_t first;
+    std::uint32_t last;
+    std::uint32_t every;  // 2: capital and small letter by turns
+    std::uint32_t distance;
+};
+
+// Those that take at most two bytes of UTF-8, as their small letters do.
+constexpr std::array capitals{
+    Capitals{'A', 'Z', 1, 32},     Capitals{0xc0, 0xd6, 1, 32},   Capitals{0xd8, 0xde, 1, 32},
+    Capitals{0x100, 0x12e, 2, 1},  Capitals{0x132, 0x136, 2, 1},  Capitals{0x139, 0x147, 2, 1},
+    Capitals{0x14a, 0x176, 2, 1},  Capitals{0x179, 0x17d, 2, 1},  Capitals{0x391, 0x3a9, 1, 32},
+    Capitals{0x400, 0x40f, 1, 80}, Capitals{0x410, 0x42f, 1, 32},
+};
+
+std::uint32_t smallLetter(std::uint32_t point) {
+    const auto* found = std::ranges::find_if(capitals, [point](const Capitals& row) {
+        return point >= row.first && point <= row.last && (point - row.first) % row.every == 0;
+    });
+    return found == capitals.end() ? point : point + found->distance;
+}
+
 void append(std::string& text, std::uint32_t point) {
     if (point < 0x80) {
         text += static_cast<char>(point);
@@ -69,6 +92,23 @@ std::string fromWindows1252(std::string_view bytes) {
 
 std::string toUtf8(std::string_view bytes) {
     return isUtf8(bytes) ? std::string(bytes) : fromWindows1252(bytes);
+}
+
+std::string lowerCase(std::string_view bytes) {
+    const std::string text = toUtf8(bytes);
+    std::string lowered;
+    lowered.reserve(text.size());
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::size_t length = sequenceLength(rest);
+        const auto at = [rest](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
+        if (length > 2) {
+            lowered += rest.substr(0, length);
+        } else {
+            append(lowered, smallLetter(length == 1 ? at(0) : (at(0) & 0x1fU) << 6 | (at(1) & 0x3fU)));
+        }
+        rest.remove_prefix(length);
+    }
+    return lowered;
 }
 
 bool sameName(std::string_view left, std::string_view right) {

@@ -14,6 +14,9 @@ std::string fromWindows1252(std::string_view bytes);
 /// Bytes read as text: valid UTF-8 as it is, all else as Windows-1252.
 std::string toUtf8(std::string_view bytes);
 
+/// Bytes read as text, in UTF-8, its letters in lower case: Latin, Greek and Cyrillic ones.
+std::string lowerCase(std::string_view bytes);
+
 /// Whether two names are the same but for the case of the letters a to z.
 bool sameName(std::string_view left, std::string_view right);
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "agent/bytes.h"
+
 namespace agent {
 namespace {
 
@@ -11,10 +13,6 @@ constexpr std::string_view signs = "[]()|";
 
 bool isIn(std::string_view set, char character) {
     return set.find(character) != std::string_view::npos;
-}
-
-char lower(char character) {
-    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
 /// Length of a `[...]` at the start of the text, 0 if there is none.
@@ -32,9 +30,7 @@ class Builder {
 public:
     void addWord(std::string_view text) {
         if (afterWord_) step(VoiceArc::Kind::space);
-        std::string word(text);
-        std::ranges::transform(word, word.begin(), lower);
-        step(VoiceArc::Kind::word, std::move(word));
+        step(VoiceArc::Kind::word, lowerCase(text));
         afterWord_ = true;
         fill();
     }
@@ -152,14 +148,12 @@ bool addGrammar(Builder& builder, std::string_view text) {
 
 std::string spokenPhrase(std::string_view text) {
     std::string phrase;
-    for (const char character : text) {
-        if (!isIn(blanks, character)) {
-            phrase += lower(character);
-        } else if (!phrase.empty() && phrase.back() != ' ') {
-            phrase += ' ';
-        }
+    for (auto begin = text.find_first_not_of(blanks); begin != std::string_view::npos;) {
+        const auto end = std::min(text.find_first_of(blanks, begin), text.size());
+        if (!phrase.empty()) phrase += ' ';
+        phrase += lowerCase(text.substr(begin, end - begin));
+        begin = text.find_first_not_of(blanks, end);
     }
-    if (phrase.ends_with(' ')) phrase.pop_back();
     return phrase;
 }
 

@@ -18,7 +18,7 @@ struct VoiceArc {
     std::size_t from;
     std::size_t to;
     Kind kind;
-    std::string word = {};  ///< in lower case, without blanks
+    std::string word = {};  ///< as `spokenPhrase` writes it
 };
 
 /// What may be said, as a graph: a phrase fits if it is taken up on a way from state 0 to the last state.
@@ -30,7 +30,7 @@ struct VoiceForm {
     std::size_t last() const { return states - 1; }
 };
 
-/// A text as phrases are compared: letters A to Z in lower case, words separated by one blank, none at the
+/// A text as phrases are compared: in UTF-8, letters in lower case, words separated by one blank, none at the
 /// ends.
 std::string spokenPhrase(std::string_view text);
 

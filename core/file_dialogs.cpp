@@ -13,7 +13,10 @@ const std::string filterEnd(2, '\0');
 void choose(Dialogs& dialogs, const std::string& title, std::string& chosen,
             const std::function<std::optional<std::string>()>& ask) {
     try {
-        if (auto path = ask()) chosen = std::move(*path);
+        if (auto path = ask()) {
+            path->erase(0, path->find_first_not_of(' '));
+            chosen = std::move(*path);
+        }
     } catch (const Failure& failure) {
         dialogs.MsgBox(std::to_string(failure.number) + "\n" + failure.description, title,
                        BoxIcon::exclamation);

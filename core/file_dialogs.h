@@ -11,8 +11,8 @@ class FileDialogs {
 public:
     explicit FileDialogs(Dialogs& dialogs) : dialogs_(dialogs) {}
 
-    /// The path that was chosen last. A dialog that is cancelled leaves it as it was, so that whoever does
-    /// not compare acts on the earlier choice once more: this is meant.
+    /// The path that was chosen last, without blanks in front. A dialog that is cancelled leaves it as it
+    /// was, so that whoever does not compare acts on the earlier choice once more: this is meant.
     std::string DialogFile;
 
     /// Asks for an existing file. `Filter`: pairs of description and pattern with a NUL between any two of

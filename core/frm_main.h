@@ -71,8 +71,7 @@ public:
         *this,
         "comEngine",
         {.Text = "Search Engine",
-         .List = {"Lycos", "Yahoo", "Alta Vista", "Excite", "Hotbot", "Infoseek", "SoftSeek", "AudioFind"},
-         .Editable = false}};
+         .List = {"Lycos", "Yahoo", "Alta Vista", "Excite", "Hotbot", "Infoseek", "SoftSeek", "AudioFind"}}};
     Label lblFor{*this, "lblFor", {.Caption = "for"}};
     ComboBox comQuery{*this, "comQuery", {.Text = "New Search"}};
     Button cmdSearch{*this, "cmdSearch", {.Caption = "Go!"}};

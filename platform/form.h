@@ -16,7 +16,7 @@ class Form;
 class Menu;
 
 enum class FormState { unloaded, loading, loaded, unloading };
-enum class WindowStates { normal, minimised };
+enum class WindowStates { normal = 0, minimised = 1 };
 
 /// What the person sees of a form that has just changed.
 enum class FormChange { loaded, shown, hidden, minimised, unloaded };

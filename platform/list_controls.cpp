@@ -9,7 +9,6 @@ namespace velmora {
 ComboBox::ComboBox(Form& form, std::string_view name, const Design& design, std::optional<int> index)
     : Control(form, name, index, design.Enabled, design.Visible, design.ToolTipText),
       Text(*this, "Text", design.Text, &Change),
-      Editable(design.Editable),
       designed_(design.List),
       rows_(designed_) {}
 
@@ -74,7 +73,6 @@ std::vector<Row> ComboBox::listedRows() const {
 }
 
 bool ComboBox::typed(std::string_view text) {
-    if (!Editable) return false;
     if (text == Text.peek()) return true;
     chosen_ = -1;
     Text.adopt(std::string(text));

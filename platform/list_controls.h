@@ -18,7 +18,6 @@ struct ComboBoxDesign {
     bool Enabled = true;
     bool Visible = true;
     std::string ToolTipText = {};
-    bool Editable = true;
 };
 
 /// A text with a list of proposals. Rows count from 0; no row chosen is -1.
@@ -46,7 +45,6 @@ public:
     /// nothing, but its text, which may have changed, is taken. Fails with 5 for a row that is not there.
     void setListIndex(int row);
 
-    const bool Editable;
     Event& mainEvent() { return Click; }
     std::string_view kind() const override { return "ComboBox"; }
     std::string mainValue() const override { return Text.peek(); }

@@ -50,6 +50,8 @@ T* memberOf(const Form& form, std::string_view text) {
 /// A form's own properties, beside those that it registers.
 std::optional<std::string> formValue(const Form& form, std::string_view property) {
     if (equalsIgnoringCase(property, "Visible")) return propertyText(form.visible());
+    if (equalsIgnoringCase(property, "WindowState"))
+        return std::to_string(static_cast<int>(form.windowState()));
     if (const AnyProperty* registered = form.property(property)) return registered->text();
     return {};
 }

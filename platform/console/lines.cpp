@@ -73,8 +73,9 @@ std::vector<std::string> splitFields(std::string_view line, std::size_t atMost) 
 }
 
 std::string_view firstField(std::string_view line) {
+    if (const auto tab = line.find('\t'); tab != std::string_view::npos) return line.substr(0, tab);
     const std::size_t begin = std::min(line.find_first_not_of(blanks), line.size());
-    return line.substr(begin, std::min(line.find_first_of(" \t", begin), line.size()) - begin);
+    return line.substr(begin, std::min(line.find_first_of(blanks, begin), line.size()) - begin);
 }
 
 template <class Fields>

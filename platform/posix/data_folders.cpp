@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iostream>
 #include <system_error>
+#include <vector>
 
 #include "base/failure.h"
 #include "platform/files.h"
@@ -52,23 +53,64 @@ private:
     bool done_ = false;
 };
 
-/// Fills the empty folder as a whole: the copy is made beside it and takes its place, so that a start that is
-/// cut off leaves it empty. A folder whose place can't be taken (a mount point, a closed parent) is filled in
-/// place.
-void seed(const fs::path& folder, const fs::path& installed) {
-    std::string pattern = (folder.parent_path() / ".velmora-XXXXXX").string();
-    if (mkdtemp(pattern.data()) != nullptr) {
-        const fs::path copy = pattern;
-        HalfFilled guard(copy);
-        copyData(copy, installed);
-        std::error_code refused;
-        fs::rename(copy, folder, refused);
-        if (!refused) return guard.done();
-        fs::remove_all(copy, refused);
+/// A new folder beside another one, on the same disk. Goes with the object, unless it has been moved
+/// elsewhere.
+class FolderBeside {
+public:
+    explicit FolderBeside(const fs::path& other)
+        : pattern_((other.parent_path() / ".velmora-XXXXXX").string()),
+          made_(mkdtemp(pattern_.data()) != nullptr) {}
+    FolderBeside(const FolderBeside&) = delete;
+    FolderBeside& operator=(const FolderBeside&) = delete;
+    ~FolderBeside() {
+        std::error_code ignored;
+        if (made_) fs::remove_all(pattern_, ignored);
+    }
+    /// False where none can be made.
+    bool made() const { return made_; }
+    fs::path path() const { return pattern_; }
+
+private:
+    std::string pattern_;
+    bool made_;
+};
+
+/// Moves all that the copy holds to the folder; false if something stays behind.
+bool moveEntries(const fs::path& copy, const fs::path& folder) {
+    std::error_code refused;
+    for (const fs::path& entry :
+         std::vector<fs::path>(fs::directory_iterator(copy), fs::directory_iterator())) {
+        fs::rename(entry, folder / entry.filename(), refused);
+        if (refused) return false;
+    }
+    return true;
+}
+
+/// Makes the copy's content the folder's. One that we have just made ourselves gives up its place; one that
+/// was there before keeps its owner and its mode, and stays the folder that others have open.
+bool moveCopy(const fs::path& copy, const fs::path& folder, bool isNew) {
+    if (!isNew) return moveEntries(copy, folder);
+    std::error_code refused;
+    fs::rename(copy, folder, refused);
+    return !refused;
+}
+
+/// Fills the empty folder at once: the copy is made beside it, so that a start that is cut off leaves it
+/// empty. A folder that nothing can be moved to (a mount point, a closed parent) is filled file by file.
+void seed(const fs::path& folder, bool isNew, const fs::path& installed) {
+    if (const FolderBeside copy(folder); copy.made()) {
+        copyData(copy.path(), installed);
+        if (moveCopy(copy.path(), folder, isNew)) return;
     }
     HalfFilled guard(folder);
     copyData(folder, installed);
     guard.done();
+}
+
+/// Without a slash or a dot at its end.
+fs::path wholePath(const std::string& wanted) {
+    const fs::path folder = fs::absolute(wanted).lexically_normal();
+    return folder.has_filename() ? folder : folder.parent_path();
 }
 
 }  // namespace
@@ -88,10 +130,11 @@ std::optional<std::string> prepareApplicationFolder(const std::string& chosen, c
     }
     std::string reason = "it is no folder";
     try {
-        const fs::path folder = fs::absolute(wanted).lexically_normal();
-        if (!fs::exists(folder)) createPrivateFolder(folder.string());
+        const fs::path folder = wholePath(wanted);
+        const bool isNew = !fs::exists(folder);
+        if (isNew) createPrivateFolder(folder.string());
         if (fs::is_directory(folder)) {
-            if (fs::is_empty(folder)) seed(fs::canonical(folder), installed);
+            if (fs::is_empty(folder)) seed(fs::canonical(folder), isNew, installed);
             return folder.string();
         }
     } catch (const fs::filesystem_error& error) {

@@ -18,16 +18,15 @@ QStringList listProperty(const QWidget& widget, const char* name) {
 
 ComboBoxBinding::ComboBoxBinding(ComboBox& model, QComboBox& widget, Loop& loop)
     : BindingOf(model, widget, loop, Pace::gathered) {
-    widget.setEditable(model.Editable);
+    widget.setEditable(true);
     widget.setInsertPolicy(QComboBox::NoInsert);
-    if (QLineEdit* edit = widget.lineEdit()) {
-        widget.setCompleter(nullptr);
-        // The combo box itself would choose the row that a typed text happens to equal.
-        QObject::disconnect(edit, &QLineEdit::editingFinished, &widget, nullptr);
-        QObject::disconnect(edit, &QLineEdit::returnPressed, &widget, nullptr);
-        QObject::connect(edit, &QLineEdit::textEdited, context(),
-                         [this](const QString& text) { enter([&] { model_.type(typedBytes(text)); }); });
-    }
+    widget.setCompleter(nullptr);
+    QLineEdit* edit = widget.lineEdit();
+    // The combo box itself would choose the row that a typed text happens to equal.
+    QObject::disconnect(edit, &QLineEdit::editingFinished, &widget, nullptr);
+    QObject::disconnect(edit, &QLineEdit::returnPressed, &widget, nullptr);
+    QObject::connect(edit, &QLineEdit::textEdited, context(),
+                     [this](const QString& text) { enter([&] { model_.type(typedBytes(text)); }); });
     QObject::connect(&widget, &QComboBox::activated, context(), [this](int row) { picked(row); });
 }
 
@@ -43,11 +42,6 @@ void ComboBoxBinding::show() {
     showRows();
     const int chosen = model_.form().alive() ? model_.ListIndex() : -1;
     const QString text = shown(model_.Text.peek());
-    if (!model_.Editable) {
-        widget_.setPlaceholderText(text);
-        widget_.setCurrentIndex(chosen);
-        return;
-    }
     const int cursor = widget_.lineEdit()->cursorPosition();
     const bool differs = widget_.currentText() != text;
     if (widget_.currentIndex() != chosen) widget_.setCurrentIndex(chosen);
@@ -64,7 +58,7 @@ void ComboBoxBinding::showRows() {
     const QString text = widget_.currentText();
     widget_.clear();
     widget_.addItems(rows);
-    if (widget_.isEditable()) widget_.setEditText(text);
+    widget_.setEditText(text);
 }
 
 ItemViewBinding::ItemViewBinding(RowControl& model, QAbstractItemView& widget, Loop& loop)

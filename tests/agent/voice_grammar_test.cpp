@@ -46,7 +46,9 @@ TEST(VoiceGrammarTest, SignsSayWhatMayBeSaid) {
          {"internet search"}},
         {"a[b[c]](d|e[f])", {"a d", "a b d", "a b c e f", "abcef"}, {"a c d", "a b", "a d e"}},
         {"[[x]]", {"x"}, {"", "x x"}},
-        {"ol\xc3\xa9 [\xff]", {"OL\xc3\xa9", "ol\xc3\xa9 \xff"}, {"ol\xc3\x89"}},
+        {"ol\xc3\xa9 [\xff]", {"OL\xc3\x89", "ol\xe9", "ol\xc3\xa9 \xff", "OL\xc9 \xff"}, {"ole"}},
+        {"\u0141\u00d3D\u0179 \u03a9\u0416", {"\u0142\u00f3d\u017a \u03c9\u0436"}, {"\u0142\u00f3d\u017a"}},
+        {"\u0142 \u00d7 \u20ac", {"\u0141 \u00d7 \u20ac"}, {"\u0142 \u00f7 \u20ac"}},
     };
     for (const Case& expected : cases) {
         for (const auto words : expected.fit)

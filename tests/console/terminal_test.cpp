@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::Ge;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
@@ -70,6 +71,21 @@ TEST_F(TerminalTest, NewFolderIsSeededAndTheLoginDialogWaits) {
     EXPECT_EQ(status.st_mode & 0777, 0600U);
 }
 
+TEST_F(TerminalTest, EmptyFolderIsFilledInItsPlaceAndKeepsItsMode) {
+    ASSERT_EQ(chmod(folder.path().c_str(), 0750), 0);
+    struct stat before {};
+    ASSERT_EQ(stat(folder.path().c_str(), &before), 0);
+    TerminalSession session(folder.path() + "/.");
+    session.readAnswer();
+    session.send("click chkDefault");
+    EXPECT_THAT(session.send("click cmdSearch"), Contains(EndsWith(" " + folder.path())));
+    struct stat after {};
+    ASSERT_EQ(stat(folder.path().c_str(), &after), 0);
+    EXPECT_EQ(after.st_ino, before.st_ino);
+    EXPECT_EQ(after.st_mode & 0777, 0750U);
+    EXPECT_TRUE(fs::exists(folder.file("characters/Merlin/character.json")));
+}
+
 TEST_F(TerminalTest, NothingIsAddedToAFolderThatHoldsAFile) {
     profile("Ann");
     TerminalSession session(folder.path());
@@ -85,6 +101,7 @@ TEST_F(TerminalTest, WhatAPersonCouldNotDoIsAnErrorAndChangesNothing) {
     for (const char* line : {"nonsense",
                              "click",
                              "click NoSuch",
+                             "click cmdFrames(1)\tcmdFrames(2)",  // no such word: a TAB alone ends it
                              "click frmLogin.cmdOK",
                              "get frmLogin.cmdOK",
                              "menu mnuSep4",

@@ -61,7 +61,9 @@ TEST_F(MainWindow, MinimisedItIsHiddenAndOnlyTheTrayBringsItBack) {
     program().run([](Program& inside) { inside.main().Form_MouseMove(513L * 15); });
     EXPECT_THAT(program().takeLines(),
                 ElementsAre("form FrmMain shown", "form FrmMain minimised", "form FrmMain hidden"));
+    EXPECT_EQ(program().value("FrmMain.WindowState"), "1");
     program().clickTray(1);
+    EXPECT_EQ(program().value("FrmMain.WindowState"), "0");
     program().clickTray(2);
     EXPECT_THAT(program().takeLines(), ElementsAre("form FrmMain shown", "popup FrmMain.MnuMain"));
 }
@@ -79,7 +81,7 @@ TEST_F(MainWindow, CancelledDialogKeepsTheFileThatWasChosenBefore) {
     program().click("cmdOpenBrowse");
     EXPECT_THAT(program().takeLines(),
                 ElementsAre(R"(dialog open Open File Executable Files\0*.exe\0All Files (*.*)\0*.*\0\0)"));
-    program().pick("/usr/bin/game");
+    program().pick("  /usr/bin/game");
     program().run([](Program& inside) { inside.main().txtOpenFile.Text = "other"; });
     program().click("cmdOpenBrowse");
     program().pick({});

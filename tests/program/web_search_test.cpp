@@ -47,12 +47,13 @@ TEST_F(WebSearchTest, EachServiceGetsTheQueryInItsOwnAddress) {
 TEST_F(WebSearchTest, WithoutAChoiceTheFirstServiceFollowsTheQuery) {
     program().type("comQuery", "cats");
     EXPECT_EQ(searchLine(), "open catshttp://AltaVista/cgi-bin/query?pg=q&what=web&fmt=.&q= /home");
-    program().run([](Program& inside) {  // a text that names no service changes nothing
-        inside.webSearch().SearchEngine = 11;
+    program().select("comEngine", 1);
+    program().type("comEngine", "Excite");  // typed, not picked
+    program().run([](Program& inside) {     // a text that names no service changes nothing
         inside.main().comEngine.setList(0, "Elsewhere");
         inside.main().comEngine.setListIndex(0);
-        EXPECT_EQ(inside.webSearch().SearchEngine, 11);
     });
+    EXPECT_EQ(searchLine(), "open http://Yahoo/bin/search?p=cats /home");
 }
 
 TEST_F(WebSearchTest, HistoryKeepsEveryQueryOfThisRun) {
