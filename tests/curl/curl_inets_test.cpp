@@ -88,7 +88,8 @@ TEST_F(CurlInetsTest, AddressGoesOutAsItIs) {
         {"/\xC3\xA4\xE4\x7F\t\r\nx", "/%C3%A4%E4%7F%09%0D%0Ax"},
         {"?UID=7", "/?UID=7"},
         {"", "/"},
-        {"/page#part", "/page"},
+        {"/page#part?x", "/page"},
+        {"/page?Nick=C#&x=#1", "/page?Nick=C%23&x=%231"},
     };
     for (const auto& [given, sent] : cases) {
         open(server.url(given).substr(given.size() % 2 == 0 ? 0 : std::string_view("http://").size()));
