@@ -104,11 +104,12 @@ PlainTextEditBinding::PlainTextEditBinding(TextBox& model, QPlainTextEdit& widge
 
 void PlainTextEditBinding::setText(const QString& text) {
     QScrollBar& bar = *widget_.verticalScrollBar();
-    const bool following = bar.value() == bar.maximum();
     const int place = bar.value();
     const QString old = widget_.toPlainText();
+    const bool grows = !old.isEmpty() && text.startsWith(old);
+    const bool following = grows && place == bar.maximum();  // any other text is read from its beginning
     const Selection kept = selection();
-    if (!old.isEmpty() && text.startsWith(old)) {
+    if (grows) {
         QTextCursor end(widget_.document());
         end.movePosition(QTextCursor::End);
         end.insertText(text.mid(old.size()));

@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTest>
@@ -284,6 +285,21 @@ TEST_F(BinderTest, ATranscriptGrowsAtItsEndAndWhatIsTypedKeepsItsLineEnds) {
     form.txtLong.Text = form.txtLong.Text.get() + "last";
     EXPECT_EQ(edit.textCursor().position(), 0);
     EXPECT_TRUE(edit.toPlainText().endsWith(QStringLiteral("line\nlast")));
+}
+
+TEST_F(BinderTest, ANewTextIsShownFromItsBeginningAndATranscriptToItsEnd) {
+    const QScrollBar& bar = *at<QPlainTextEdit>("txtLong").verticalScrollBar();
+    const auto lines = [](int count) {
+        std::string text;
+        for (int line = 0; line < count; ++line) text += "line\r\n";
+        return text;
+    };
+    form.txtLong.Text = lines(200);
+    EXPECT_EQ(bar.value(), 0);
+    form.txtLong.Text = "";
+    for (int count = 1; count < 200; count += 3) form.txtLong.Text = lines(count);
+    EXPECT_GT(bar.maximum(), 0);
+    EXPECT_EQ(bar.value(), bar.maximum());
 }
 
 TEST_F(BinderTest, TypedLinesEndWithBothCharactersUnlessTheTextHasLineFeedsAlone) {
