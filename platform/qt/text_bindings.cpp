@@ -71,7 +71,10 @@ template class TextBinding<QPlainTextEdit>;
 LineEditBinding::LineEditBinding(TextBox& model, QLineEdit& widget, Loop& loop)
     : TextBinding(model, widget, loop) {
     widget.setMaxLength(std::numeric_limits<int>::max());
-    if (model.Password) widget.setEchoMode(QLineEdit::Password);
+    if (model.Password) {
+        widget.setEchoMode(QLineEdit::Password);
+        widget.setStyleSheet(QStringLiteral("lineedit-password-character: 42"));  // an asterisk in any style
+    }
     QObject::connect(&widget, &QLineEdit::textEdited, context(), [this] { edited(); });
     QObject::connect(&widget, &QLineEdit::cursorPositionChanged, context(), [this] { moved(); });
     QObject::connect(&widget, &QLineEdit::selectionChanged, context(), [this] { moved(); });
