@@ -20,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 using namespace std::chrono_literals;
 using namespace std::string_literals;
 
