@@ -7,21 +7,18 @@ DialUpConnection::DialUpConnection(Needs needs) : needs_(needs) {
 }
 
 bool DialUpConnection::IsConnected() {
-    const auto connections = needs_.link.connections();
+    const auto connections = needs_.link.RasEnumConnections();
     if (!connections) {
         needs_.dialogs.MsgBox("ERROR", "Velmora");
         return false;
     }
     // Only the first one decides, as it is meant: a second link that is up does not count.
-    return !connections->empty() && connections->front() == LinkState::connected;
+    const LinkHandle hRasConn = connections->empty() ? LinkHandle{0} : connections->front();
+    return needs_.link.RasGetConnectStatus(hRasConn) == LinkStatus::connected;
 }
 
 void DialUpConnection::DialUp() {
     DialResult = needs_.link.InternetAutodial();
-}
-
-void DialUpConnection::waitUntilConnected() {
-    while (!IsConnected()) needs_.loop.doEvents();
 }
 
 }  // namespace velmora

@@ -2,7 +2,6 @@
 
 #include "platform/dialogs.h"
 #include "platform/link.h"
-#include "platform/loop.h"
 #include "platform/menu.h"
 
 namespace velmora {
@@ -13,7 +12,6 @@ public:
     struct Needs {
         Link& link;
         Dialogs& dialogs;
-        Loop& loop;
         Menu& mnuIntConnect;
     };
     explicit DialUpConnection(Needs needs);
@@ -27,10 +25,6 @@ public:
 
     /// Asks the system to connect without asking the person. Does not wait for a connection.
     void DialUp();
-
-    /// Returns when `IsConnected` says yes; other events run meanwhile. There is no time limit. Throws
-    /// `Ended` when the program is over before that.
-    void waitUntilConnected();
 
 private:
     Needs needs_;

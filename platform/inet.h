@@ -35,8 +35,9 @@ public:
     /// meanwhile. Throws `Ended` when the program is over before that.
     ///
     /// http and https; an address without a scheme means http. The address goes out as it is: of its
-    /// characters only those that would break a request line (blanks, controls, bytes above 126) are escaped.
-    /// A fragment ("#part") stays behind, and so do blanks around the address.
+    /// characters only those that would break a request line (blanks, controls, bytes above 126) are escaped,
+    /// and a '#' behind the '?'. A fragment ("#part") in front of one stays behind, and so do blanks around
+    /// the address.
     ///
     /// Fails at once with 35764 while a transfer of this control is under way, 35752 for an address without a
     /// host, 35753 for another scheme; later with 35754 if the host can't be reached or its certificate does

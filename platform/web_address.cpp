@@ -18,7 +18,7 @@ constexpr bool isSchemeCharacter(char c) {
 
 constexpr bool breaksRequestLine(char c) {
     const auto code = static_cast<unsigned char>(c);
-    return code <= ' ' || code > '~';
+    return code <= ' ' || code > '~' || c == '#';
 }
 
 /// Whether the colon ends a scheme. In "localhost:8080/" it does not: a port follows.
@@ -27,6 +27,14 @@ bool endsScheme(std::string_view address, std::size_t colon) {
     if (before.empty() || !std::ranges::all_of(before, isSchemeCharacter)) return false;
     const std::string_view after = address.substr(colon + 1);
     return after.starts_with("//") || after.empty() || !isDigit(after.front());
+}
+
+/// A '#' ends the address, but behind a '?' it belongs to a value: those are put together as a person typed
+/// them, and what follows must not be lost.
+std::string_view withoutFragment(std::string_view address) {
+    const auto first = address.find_first_of("#?");
+    const bool isFragment = first != std::string_view::npos && address[first] == '#';
+    return isFragment ? address.substr(0, first) : address;
 }
 
 std::string escaped(std::string_view text) {
@@ -59,8 +67,7 @@ bool isUsableHost(std::string_view host) {
 
 std::string webAddress(std::string_view address) {
     std::string scheme = "http";
-    std::string_view rest = trim(address);
-    rest = rest.substr(0, rest.find('#'));
+    std::string_view rest = withoutFragment(trim(address));
     if (const auto colon = rest.find(':'); colon != std::string_view::npos && endsScheme(rest, colon)) {
         scheme = rest.substr(0, colon);
         std::ranges::transform(scheme, scheme.begin(), lowered);

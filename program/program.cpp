@@ -134,10 +134,8 @@ Program::Program(Platform& platform)
                   .machine = platform.machine,
                   .Character = [this]() -> AgentCharacter& { return *character_.Character; },
                   .show = [this] { main_.showPanel(0); }}),
-      dialUp_({.link = platform.link,
-               .dialogs = platform.dialogs,
-               .loop = platform.loop,
-               .mnuIntConnect = main_.menu("mnuIntConnect")}),
+      dialUp_(
+          {.link = platform.link, .dialogs = platform.dialogs, .mnuIntConnect = main_.menu("mnuIntConnect")}),
       profile_(forms_, {.settings = settings_,
                         .IniFile = IniFile_,
                         .dialogs = platform.dialogs,

@@ -245,9 +245,9 @@ void Terminal::point(const Fields& fields) {
 }
 
 void Terminal::link(const Fields& fields) {
-    if (fields[1] == "up") return needs_.link.force(std::vector{LinkState::connected});
-    if (fields[1] == "down") return needs_.link.force(std::vector<LinkState>{});
-    if (fields[1] == "error") return needs_.link.force(std::nullopt);
+    if (fields[1] == "up") return needs_.link.force(TerminalLink::Forced::up);
+    if (fields[1] == "down") return needs_.link.force(TerminalLink::Forced::down);
+    if (fields[1] == "error") return needs_.link.force(TerminalLink::Forced::error);
     if (fields[1] == "auto") return needs_.link.release();
     throw LineError("no such link: " + fields[1]);
 }

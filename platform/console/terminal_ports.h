@@ -56,24 +56,36 @@ private:
 /// Prints what the system is asked to dial; tests the system's link, or one that is forced.
 class TerminalLink : public Link {
 public:
-    using Connections = std::optional<std::vector<LinkState>>;
+    enum class Forced { up, down, error };
 
     TerminalLink(LinePrinter& printer, Link& system) : printer_(printer), system_(system) {}
-    Connections connections() const override { return forced_ ? *forced_ : system_.connections(); }
+
+    std::optional<std::vector<LinkHandle>> RasEnumConnections() const override {
+        if (!forced_) return system_.RasEnumConnections();
+        if (forced_ == Forced::error) return std::nullopt;
+        return forced_ == Forced::up ? std::vector{forcedLink} : std::vector<LinkHandle>{};
+    }
+    std::optional<LinkStatus> RasGetConnectStatus(LinkHandle link) const override {
+        if (!forced_) return system_.RasGetConnectStatus(link);
+        if (forced_ != Forced::up || link != forcedLink) return std::nullopt;
+        return LinkStatus::connected;
+    }
     long InternetAutodial() override {
         const long result = system_.InternetAutodial();
         printer_.print({"dial", std::to_string(result)});
         return result;
     }
-    /// From now on the test finds these connections.
-    void force(Connections connections) { forced_ = std::move(connections); }
+    /// From now on the test finds this.
+    void force(Forced forced) { forced_ = forced; }
     /// Gives the test back to the system.
     void release() { forced_.reset(); }
 
 private:
+    static constexpr LinkHandle forcedLink = 1;
+
     LinePrinter& printer_;
     Link& system_;
-    std::optional<Connections> forced_;
+    std::optional<Forced> forced_;
 };
 
 /// A mouse that stands where it was last said to stand.

@@ -15,11 +15,6 @@ bool isAny(std::string_view kinds) {
            equalsIgnoringCase(trim(kinds), "any");
 }
 
-LinkState stateOf(const NetworkInterface& interface) {
-    return interface.switchedOn && interface.carrier && interface.hasAddress ? LinkState::connected
-                                                                             : LinkState::connecting;
-}
-
 }  // namespace
 
 bool holdsKind(std::string_view kinds, std::string_view kind) {
@@ -32,24 +27,32 @@ bool holdsKind(std::string_view kinds, std::string_view kind) {
     return false;
 }
 
-std::optional<std::vector<LinkState>> SystemLink::connections() const {
+std::optional<std::vector<LinkHandle>> SystemLink::RasEnumConnections() const {
     const auto interfaces = networkInterfaces();
     if (!interfaces) return std::nullopt;
-    std::vector<LinkState> states;
+    std::vector<LinkHandle> links;
     if (const std::string counted = kinds(); !isAny(counted)) {
         for (const auto& interface : *interfaces) {
-            if (interface.switchedOn && holdsKind(counted, interface.kind))
-                states.push_back(stateOf(interface));
+            if (interface.switchedOn && holdsKind(counted, interface.kind)) links.push_back(interface.index);
         }
-        return states;
+        return links;
     }
     const auto ways = interfacesToInternet();
     if (!ways) return std::nullopt;
     for (const unsigned index : *ways) {
         const auto way = std::ranges::find(*interfaces, index, &NetworkInterface::index);
-        if (way != interfaces->end() && way->kind != "loopback") states.push_back(stateOf(*way));
+        if (way != interfaces->end() && way->kind != "loopback") links.push_back(index);
     }
-    return states;
+    return links;
+}
+
+std::optional<LinkStatus> SystemLink::RasGetConnectStatus(LinkHandle link) const {
+    const auto interfaces = networkInterfaces();
+    if (!interfaces) return std::nullopt;
+    const auto found = std::ranges::find(*interfaces, link, &NetworkInterface::index);
+    if (found == interfaces->end()) return std::nullopt;
+    return found->switchedOn && found->carrier && found->hasAddress ? LinkStatus::connected
+                                                                    : LinkStatus::connecting;
 }
 
 long SystemLink::InternetAutodial() {

@@ -23,7 +23,8 @@ public:
 
     SystemLink(const MachineSettings& machine, Dial dial) : machine_(machine), dial_(std::move(dial)) {}
 
-    std::optional<std::vector<LinkState>> connections() const override;
+    std::optional<std::vector<LinkHandle>> RasEnumConnections() const override;
+    std::optional<LinkStatus> RasGetConnectStatus(LinkHandle link) const override;
     long InternetAutodial() override;
 
     /// What a dial gives that nobody can take up.

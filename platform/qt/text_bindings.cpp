@@ -71,7 +71,10 @@ template class TextBinding<QPlainTextEdit>;
 LineEditBinding::LineEditBinding(TextBox& model, QLineEdit& widget, Loop& loop)
     : TextBinding(model, widget, loop) {
     widget.setMaxLength(std::numeric_limits<int>::max());
-    if (model.Password) widget.setEchoMode(QLineEdit::Password);
+    if (model.Password) {
+        widget.setEchoMode(QLineEdit::Password);
+        widget.setStyleSheet(QStringLiteral("lineedit-password-character: 42"));  // an asterisk in any style
+    }
     QObject::connect(&widget, &QLineEdit::textEdited, context(), [this] { edited(); });
     QObject::connect(&widget, &QLineEdit::cursorPositionChanged, context(), [this] { moved(); });
     QObject::connect(&widget, &QLineEdit::selectionChanged, context(), [this] { moved(); });
@@ -104,11 +107,12 @@ PlainTextEditBinding::PlainTextEditBinding(TextBox& model, QPlainTextEdit& widge
 
 void PlainTextEditBinding::setText(const QString& text) {
     QScrollBar& bar = *widget_.verticalScrollBar();
-    const bool following = bar.value() == bar.maximum();
     const int place = bar.value();
     const QString old = widget_.toPlainText();
+    const bool grows = !old.isEmpty() && text.startsWith(old);
+    const bool following = grows && place == bar.maximum();  // any other text is read from its beginning
     const Selection kept = selection();
-    if (!old.isEmpty() && text.startsWith(old)) {
+    if (grows) {
         QTextCursor end(widget_.document());
         end.movePosition(QTextCursor::End);
         end.insertText(text.mid(old.size()));

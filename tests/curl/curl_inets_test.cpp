@@ -20,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 using namespace std::chrono_literals;
 using namespace std::string_literals;
 
@@ -88,7 +87,8 @@ TEST_F(CurlInetsTest, AddressGoesOutAsItIs) {
         {"/\xC3\xA4\xE4\x7F\t\r\nx", "/%C3%A4%E4%7F%09%0D%0Ax"},
         {"?UID=7", "/?UID=7"},
         {"", "/"},
-        {"/page#part", "/page"},
+        {"/page#part?x", "/page"},
+        {"/page?Nick=C#&x=#1", "/page?Nick=C%23&x=%231"},
     };
     for (const auto& [given, sent] : cases) {
         open(server.url(given).substr(given.size() % 2 == 0 ? 0 : std::string_view("http://").size()));
@@ -127,10 +127,10 @@ TEST_F(CurlInetsTest, BrokenAnswersFailAndHoldNothingUp) {
         {"/headers", head + "A: " + std::string(2'000'000, 'a') + "\r\n\r\n"},
     };
     for (const auto& [path, bytes] : cases) {
-        server.page(path, [&bytes = bytes](const HttpConnection& client) { client.send(bytes); });
+        server.page(path, [bytes = bytes](const HttpConnection& client) { client.send(bytes); });
         EXPECT_EQ(open(server.url(path)), "35756") << path;
     }
-    server.page("/reset", [&](const HttpConnection& client) {
+    server.page("/reset", [head](const HttpConnection& client) {
         client.send(head + "Content-Length: 99\r\n\r\nx");
         client.reset();
     });
@@ -140,17 +140,16 @@ TEST_F(CurlInetsTest, BrokenAnswersFailAndHoldNothingUp) {
 
 TEST_F(CurlInetsTest, AnswerMayBePackedAndHasALongestLengthUnpacked) {
     const std::string fits(longestBody, 'x');
-    const std::string open200 = "HTTP/1.1 200 OK\r\n";
-    server.page("/packed", [&](const HttpConnection& client) {
+    server.page("/packed", [=](const HttpConnection& client) {
         client.answer(gzip("packed text"), "Content-Encoding: gzip\r\n");
     });
-    server.page("/bomb", [&](const HttpConnection& client) {
+    server.page("/bomb", [=](const HttpConnection& client) {
         client.answer(gzip(fits + "x"), "Content-Encoding: gzip\r\n");
     });
-    server.page("/fits", [&](const HttpConnection& client) { client.answer(fits); });
-    server.page("/announced", [&](const HttpConnection& client) { client.answer(fits + "x"); });
-    server.page("/endless", [&](const HttpConnection& client) {
-        client.send(open200 + "\r\n");
+    server.page("/fits", [=](const HttpConnection& client) { client.answer(fits); });
+    server.page("/announced", [=](const HttpConnection& client) { client.answer(fits + "x"); });
+    server.page("/endless", [=](const HttpConnection& client) {
+        client.send("HTTP/1.1 200 OK\r\n\r\n");
         while (client.send(std::string_view(fits).substr(0, 65'536))) {
         }
     });
@@ -204,8 +203,9 @@ TEST_F(CurlInetsTest, WithoutACookieThereIsNoJar) {
 
 TEST_F(CurlInetsTest, LargeAnswerTakesNoneOfTheProgramsOwnTime) {
     const std::string packed = gzip(std::string(longestBody, 'x'));
-    server.page("/large",
-                [&](const HttpConnection& client) { client.answer(packed, "Content-Encoding: gzip\r\n"); });
+    server.page("/large", [packed](const HttpConnection& client) {
+        client.answer(packed, "Content-Encoding: gzip\r\n");
+    });
     const auto processorTime = [](clockid_t clock) {
         timespec time{};
         clock_gettime(clock, &time);

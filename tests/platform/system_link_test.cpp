@@ -14,17 +14,20 @@
 namespace velmora {
 namespace {
 
-/// What the link tells, a letter each: C connected, c short of it; `?` if the system can't be asked.
+/// What the link tells, a letter each: C connected, c short of it; `?` if the system can't be asked,
+/// or knows a link without a handle.
 std::string told(const std::string& kinds) {
     InMemoryFiles files;
     files.createFolder("/home");
     IniSettingsFile settings(files);
     if (!kinds.empty()) settings.write("Link", "Kinds", kinds, "/home/platform.conf");
     const MachineSettings machine(settings, "/home");
-    const auto connections = SystemLink(machine, {}).connections();
-    if (!connections) return "?";
+    const SystemLink link(machine, {});
+    const auto connections = link.RasEnumConnections();
+    if (!connections || link.RasGetConnectStatus(0)) return "?";
     std::string letters;
-    for (const LinkState state : *connections) letters += state == LinkState::connected ? 'C' : 'c';
+    for (const LinkHandle each : *connections)
+        letters += link.RasGetConnectStatus(each) == LinkStatus::connected ? 'C' : 'c';
     return letters;
 }
 

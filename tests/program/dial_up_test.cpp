@@ -7,7 +7,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using namespace std::chrono_literals;
 
 class DialUpTest : public StartedProgram {
 protected:
@@ -19,9 +18,9 @@ protected:
 };
 
 TEST_F(DialUpTest, OnlyTheFirstConnectionDecides) {
-    constexpr auto up = LinkState::connected;
-    constexpr auto notYet = LinkState::connecting;
-    const std::vector<std::pair<std::vector<LinkState>, bool>> cases{
+    constexpr auto up = LinkStatus::connected;
+    constexpr auto notYet = LinkStatus::connecting;
+    const std::vector<std::pair<std::vector<LinkStatus>, bool>> cases{
         {{}, false}, {{notYet}, false}, {{up}, true}, {{notYet, up}, false}, {{up, notYet}, true}};
     for (const auto& [links, expected] : cases) {
         machine.link.found = links;
@@ -45,30 +44,6 @@ TEST_F(DialUpTest, ConnectEntryDialsAndDoesNothingElse) {
     EXPECT_THAT(program().takeLines(), ElementsAre("dial 668"));
     EXPECT_EQ(machine.link.asked, 0);
     program().run([](Program& inside) { EXPECT_EQ(inside.dialUp().DialResult, 668); });
-}
-
-TEST_F(DialUpTest, WaitForAConnectionLooksNowAndThenAndLetsOtherEventsRun) {
-    machine.link.found = std::vector<LinkState>{};
-    bool connected = false;
-    program().run([&](Program& inside) {
-        inside.dialUp().waitUntilConnected();
-        connected = true;
-    });
-    machine.advance(10s);
-    EXPECT_FALSE(connected);
-    EXPECT_LE(machine.link.asked, 300);
-    program().menu("mnuIntConnect");
-    EXPECT_THAT(program().takeLines(), ElementsAre("dial 0"));
-    machine.link.found = std::vector{LinkState::connected};
-    machine.advance(50ms);
-    EXPECT_TRUE(connected);
-}
-
-TEST_F(DialUpTest, TheEndOfTheProgramEndsTheWait) {
-    machine.link.found = std::vector<LinkState>{};
-    program().run([](Program& inside) { inside.dialUp().waitUntilConnected(); });
-    program().menu("mnuExit");
-    EXPECT_TRUE(program().ended());
 }
 
 }  // namespace

@@ -252,7 +252,7 @@ TEST_F(MailCheckTest, TimerChecksEachIntervalAndWaitsForTheLink) {
     machine.link.found->clear();
     machine.advance(10min);
     EXPECT_THAT(mailbox.takeCommands(), IsEmpty());
-    machine.link.found->push_back(LinkState::connected);
+    machine.link.found->push_back(LinkStatus::connected);
     machine.advance(1min);
     EXPECT_THAT(mailbox.takeCommands(), Contains("QUIT"));
     EXPECT_THAT(program().takeLines(), Not(Contains("failed")));

@@ -174,6 +174,8 @@ TEST_F(ProfileTest, WithoutALinkItAsksToDialAndWaitsUnlessItIsClosed) {
     fillIn();
     machine.link.found->clear();
     EXPECT_THAT(finish(), ElementsAre(StartsWith("dial ")));
+    machine.advance(10s);
+    EXPECT_LE(machine.link.asked, 300);
     program().close("frmProfile");
     machine.advance(1s);
     EXPECT_THAT(machine.web.takeRequests(), IsEmpty());
@@ -183,7 +185,7 @@ TEST_F(ProfileTest, WithoutALinkItAsksToDialAndWaitsUnlessItIsClosed) {
     finish();
     machine.advance(1s);
     EXPECT_THAT(machine.web.takeRequests(), IsEmpty());
-    machine.link.found = {{LinkState::connected}};
+    machine.link.found = {{LinkStatus::connected}};
     machine.advance(1s);
     EXPECT_THAT(machine.web.takeRequests(), ElementsAre(request));
     EXPECT_EQ(program().value("cmdFinish"), "Done");

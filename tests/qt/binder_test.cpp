@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTest>
@@ -165,7 +166,7 @@ TEST_F(BinderTest, EveryKindShowsWhatTheProgramSetsAndRaisesOnlyWhatTheKindDoes)
     EXPECT_EQ(at<QTreeView>("lst").currentIndex().data(), QStringLiteral("C"));
     EXPECT_EQ(at<QTreeView>("tree").currentIndex().parent().data(), QStringLiteral("Root"));
     EXPECT_EQ(at<QLineEdit>("txt").text(), QStringLiteral(u"café"));
-    EXPECT_EQ(at<QLineEdit>("txtPass").echoMode(), QLineEdit::Password);
+    EXPECT_EQ(at<QLineEdit>("txtPass").displayText(), QStringLiteral("******"));
     EXPECT_EQ(at<QPlainTextEdit>("txtLong").toPlainText(), QStringLiteral("one\ntwo"));
     EXPECT_TRUE(at<QCheckBox>("chk").isChecked());
     EXPECT_TRUE(at<QRadioButton>("opt_1").isChecked());
@@ -284,6 +285,21 @@ TEST_F(BinderTest, ATranscriptGrowsAtItsEndAndWhatIsTypedKeepsItsLineEnds) {
     form.txtLong.Text = form.txtLong.Text.get() + "last";
     EXPECT_EQ(edit.textCursor().position(), 0);
     EXPECT_TRUE(edit.toPlainText().endsWith(QStringLiteral("line\nlast")));
+}
+
+TEST_F(BinderTest, ANewTextIsShownFromItsBeginningAndATranscriptToItsEnd) {
+    const QScrollBar& bar = *at<QPlainTextEdit>("txtLong").verticalScrollBar();
+    const auto lines = [](int count) {
+        std::string text;
+        for (int line = 0; line < count; ++line) text += "line\r\n";
+        return text;
+    };
+    form.txtLong.Text = lines(200);
+    EXPECT_EQ(bar.value(), 0);
+    form.txtLong.Text = "";
+    for (int count = 1; count < 200; count += 3) form.txtLong.Text = lines(count);
+    EXPECT_GT(bar.maximum(), 0);
+    EXPECT_EQ(bar.value(), bar.maximum());
 }
 
 TEST_F(BinderTest, TypedLinesEndWithBothCharactersUnlessTheTextHasLineFeedsAlone) {

@@ -42,6 +42,7 @@ public:
     HttpServer& operator=(const HttpServer&) = delete;
 
     /// What a request for the path gets, up to its query; 404 for the others. Set before the first request.
+    /// The page runs in a thread of the server, which may outlast the body of a test: it owns what it uses.
     void page(const std::string& path, Page page) { pages_[path] = std::move(page); }
 
     /// Address of a path, "http://127.0.0.1:PORT/...".

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <numeric>
+
 #include "platform/link.h"
 
 namespace velmora {
@@ -7,11 +9,18 @@ namespace velmora {
 /// A machine's link as a test sets it; at the start one connection, and it is up.
 class SimulatedLink : public Link {
 public:
-    using Connections = std::optional<std::vector<LinkState>>;
+    using Connections = std::optional<std::vector<LinkStatus>>;
 
-    Connections connections() const override {
+    std::optional<std::vector<LinkHandle>> RasEnumConnections() const override {
         ++asked;
-        return found;
+        if (!found) return std::nullopt;
+        std::vector<LinkHandle> links(found->size());
+        std::iota(links.begin(), links.end(), LinkHandle{1});
+        return links;
+    }
+    std::optional<LinkStatus> RasGetConnectStatus(LinkHandle link) const override {
+        if (!found || link < 1 || link > found->size()) return std::nullopt;
+        return (*found)[link - 1];
     }
     long InternetAutodial() override {
         ++dialled;
@@ -19,7 +28,7 @@ public:
         return dialResult;
     }
 
-    Connections found{{LinkState::connected}};
+    Connections found{{LinkStatus::connected}};
     std::optional<Connections> afterDial;  ///< what is found once it was dialled; nothing: no change
     long dialResult = 0;
     int dialled = 0;        ///< how often
