@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string_view>
 
+#include "agent/bytes.h"
 #include "agent/voice/ssml.h"
 
 namespace agent {
@@ -119,6 +120,22 @@ Utterance Synthesizer::synthesize(const std::vector<SpokenWord>& words, std::siz
     }
     std::ranges::stable_sort(collector.utterance.events, {}, &SpeechEvent::sample);
     return std::move(collector.utterance);
+}
+
+std::string Synthesizer::phonetic(std::string_view text) const {
+    constexpr std::size_t longest = 100;
+    constexpr int inIpa = 2;
+    std::string ipa;
+    if (!works_) return ipa;
+    const std::string beginning = toUtf8(text.substr(0, longest));
+    const std::lock_guard lock(libraryMutex());
+    if (espeak_SetVoiceByName("en-us") != EE_OK) return ipa;
+    // Each call reads one clause, and moves on to the next one.
+    for (const void* rest = beginning.c_str(); rest != nullptr;) {
+        const char* clause = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, inIpa);
+        if (clause != nullptr) ipa.append(clause).append(" ");
+    }
+    return ipa;
 }
 
 Utterance estimatePace(const std::vector<SpokenWord>& words, std::size_t first, int wordsPerMinute,

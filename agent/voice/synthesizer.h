@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -47,6 +48,10 @@ public:
     /// and after two minutes of speech. Where the synthesiser doesn't work: silence at the same pace.
     Utterance synthesize(const std::vector<SpokenWord>& words, std::size_t first,
                          const VoiceParameters& parameters, const std::function<bool()>& stopped) const;
+
+    /// How American English says a text, in the International Phonetic Alphabet. Of a long text only its
+    /// beginning; empty where the synthesiser doesn't work.
+    std::string phonetic(std::string_view text) const;
 
 private:
     bool works_ = false;

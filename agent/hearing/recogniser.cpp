@@ -1,0 +1,73 @@
+#include "agent/hearing/recogniser.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <future>
+#include <random>
+
+#include "agent/hearing/wav_reader.h"
+
+namespace agent {
+namespace {
+
+/// The phrase as the model likes it: of a usual loudness, a little silence before and after, and nowhere the
+/// perfect silence that no microphone records.
+Samples prepare(std::span<const std::int16_t> samples) {
+    constexpr int usualPeak = 12000;
+    constexpr double mostGain = 50;
+    constexpr std::size_t margin = hearingRate / 5;
+    constexpr int floor = 16;
+    int peak = 1;
+    for (const std::int16_t sample : samples) peak = std::max(peak, std::abs(int{sample}));
+    const double gain = std::min(static_cast<double>(usualPeak) / peak, mostGain);
+    Samples prepared(samples.size() + 2 * margin);
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        prepared[margin + i] = static_cast<std::int16_t>(std::lround(samples[i] * gain));
+    std::minstd_rand noise;  // seeded the same each time: a phrase is always heard the same way
+    for (std::int16_t& sample : prepared)
+        sample = static_cast<std::int16_t>(sample + static_cast<int>(noise() % (2 * floor + 1)) - floor);
+    return prepared;
+}
+
+}  // namespace
+
+std::unique_ptr<Recogniser> Recogniser::load(const HearingModel& model,
+                                             const std::vector<std::string>& grammars,
+                                             const SoundOut& soundOut) {
+    const auto dictionary = Dictionary::read(model.dictionary);
+    if (!dictionary) return nullptr;
+    std::vector<CommandGraph> graphs;
+    for (const std::string& grammar : grammars)
+        graphs.push_back(makeCommandGraph(grammar, *dictionary, soundOut));
+    if (std::ranges::all_of(graphs, &CommandGraph::empty)) return nullptr;
+    auto decoder = Decoder::load(model, *dictionary, graphs);
+    if (!decoder) return nullptr;
+    return std::unique_ptr<Recogniser>(new Recogniser(std::move(graphs), std::move(decoder)));
+}
+
+Readings Recogniser::read(std::span<const std::int16_t> samples) {
+    Readings readings;
+    if (samples.empty()) return readings;
+    const Samples prepared = prepare(samples);
+    // The two decoders share nothing, and an answer is waited for.
+    auto words = std::async(std::launch::async, [&] { return decoder_->asWords(prepared); });
+    readings.command = decoder_->asCommand(prepared);
+    if (readings.spoken()) readings.sounds = decoder_->asSounds(prepared);
+    readings.words = words.get();
+    return readings;
+}
+
+std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> samples) {
+    const Readings readings = read(samples);
+    if (!readings.spoken()) return {};
+    Evidence evidence = weigh(graphs_, readings);
+    HeardPhrase phrase;
+    phrase.score = scoreOf(likelihood(evidence.signals));
+    phrase.words = phrase.score > -60 ? evidence.words : evidence.freeWords;
+    phrase.command = evidence.command;
+    phrase.runnersUp = std::move(evidence.runnersUp);
+    return phrase;
+}
+
+}  // namespace agent
