@@ -46,6 +46,8 @@ constexpr std::array entries{
     Entry{"Speech", "Voice", "", "Name of the speech engine's voice; empty: the character's own."},
     Entry{"Speech", "Rate", "", "Words per minute; empty: the character's own."},
     Entry{"Speech", "Pitch", "", "0 to 99; empty: the character's own."},
+    Entry{"Hearing", "Device", "default", "default (the microphone) or none."},
+    Entry{"Hearing", "Key", "Scroll_Lock", "Held down while speaking; empty: none."},
 };
 
 }  // namespace

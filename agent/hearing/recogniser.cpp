@@ -43,8 +43,14 @@ std::unique_ptr<Recogniser> Recogniser::load(const HearingModel& model,
     if (std::ranges::all_of(graphs, &CommandGraph::empty)) return nullptr;
     auto decoder = Decoder::load(model, *dictionary, graphs);
     if (!decoder) return nullptr;
-    return std::unique_ptr<Recogniser>(new Recogniser(std::move(graphs), std::move(decoder)));
+    return std::unique_ptr<Recogniser>(new Recogniser(grammars, std::move(graphs), std::move(decoder)));
 }
+
+Recogniser::Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs,
+                       std::unique_ptr<Decoder> decoder)
+    : vocabulary_(std::vector<std::string_view>(grammars.begin(), grammars.end())),
+      graphs_(std::move(graphs)),
+      decoder_(std::move(decoder)) {}
 
 Readings Recogniser::read(std::span<const std::int16_t> samples) {
     Readings readings;
@@ -66,7 +72,12 @@ std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> s
     phrase.score = scoreOf(likelihood(evidence.signals));
     phrase.words = phrase.score > -60 ? evidence.words : evidence.freeWords;
     phrase.command = evidence.command;
+    // Where the same words serve several commands, written and spoken words agree on which one is meant.
+    const auto written = vocabulary_.recognise(
+        evidence.words, [this](std::size_t command) { return !graphs_.at(command).empty(); });
+    if (written) phrase.command = written->command;
     phrase.runnersUp = std::move(evidence.runnersUp);
+    std::erase(phrase.runnersUp, phrase.command);
     return phrase;
 }
 

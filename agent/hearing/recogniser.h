@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "agent/hearing/command_graph.h"
 #include "agent/hearing/decoder.h"
 #include "agent/hearing/judge.h"
+#include "agent/voice_vocabulary.h"
 
 namespace agent {
 
@@ -39,9 +41,10 @@ public:
     const std::vector<CommandGraph>& graphs() const { return graphs_; }
 
 private:
-    Recogniser(std::vector<CommandGraph> graphs, std::unique_ptr<Decoder> decoder)
-        : graphs_(std::move(graphs)), decoder_(std::move(decoder)) {}
+    Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs,
+               std::unique_ptr<Decoder> decoder);
 
+    VoiceVocabulary vocabulary_;
     std::vector<CommandGraph> graphs_;
     std::unique_ptr<Decoder> decoder_;
 };

@@ -14,7 +14,10 @@ namespace {
 
 constexpr std::string_view soundPrefix = "_";
 constexpr std::string_view commandPrefix = "#";
-constexpr double logSound = -4;  // what each free sound costs, a natural logarithm
+// What each sound costs, as natural logarithms: where any may come, and where a `[...]` takes them up, which
+// must not swallow the words of other commands.
+constexpr double logSound = -4;
+constexpr double logFillingSound = -8;
 
 struct Free {
     void operator()(ps_decoder_t* decoder) const { ps_free(decoder); }
@@ -130,9 +133,9 @@ public:
                                  logOf(natural));
     }
 
-    void addAnySounds(std::size_t state) {
+    void addAnySounds(std::size_t state, double natural) {
         for (Phone phone = 0; phone < phoneNames().size(); ++phone)
-            addWord(state, state, soundWord(phone), logSound);
+            addWord(state, state, soundWord(phone), natural);
     }
 
     bool set() {
@@ -164,7 +167,7 @@ bool setCommands(const Engine& engine, const std::vector<CommandGraph>& commands
             if (!arc.saidAs.empty()) {
                 grammar.addWord(base + arc.from, base + arc.to, commandWord(command, i), 0);
             } else if (arc.anySound) {
-                grammar.addAnySounds(base + arc.from);
+                grammar.addAnySounds(base + arc.from, logFillingSound);
             } else {
                 grammar.addNothing(base + arc.from, base + arc.to, 0);
             }
@@ -176,7 +179,7 @@ bool setCommands(const Engine& engine, const std::vector<CommandGraph>& commands
 
 bool setSounds(const Engine& engine) {
     Grammar grammar(engine, "sounds", 2);
-    grammar.addAnySounds(0);
+    grammar.addAnySounds(0, logSound);
     grammar.addNothing(0, 1, 0);
     return grammar.set();
 }
