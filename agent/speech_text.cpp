@@ -113,6 +113,11 @@ bool separatesWords(char c) {
     return static_cast<unsigned char>(c) <= ' ';
 }
 
+// Whether the byte can't begin a character in UTF-8.
+bool continuesSequence(char c) {
+    return (static_cast<unsigned char>(c) & 0xc0) == 0x80;
+}
+
 class LineBuilder {
 public:
     void add(std::string_view spoken, std::string_view shown) {
@@ -153,9 +158,16 @@ std::string chooseAlternative(std::string_view text, const std::function<std::si
 }
 
 SpokenLine parseSpeech(std::string_view oneAlternative) {
+    return takeSpeech(oneAlternative, oneAlternative.size());
+}
+
+SpokenLine takeSpeech(std::string_view& rest, std::size_t most) {
     LineBuilder line;
-    auto rest = oneAlternative;
+    const std::size_t before = rest.size();
     while (!rest.empty()) {
+        const std::size_t taken = before - rest.size();
+        if (taken >= most && separatesWords(rest.front())) break;
+        if (taken / 2 >= most && !continuesSequence(rest.front())) break;
         std::size_t used = 1;
         if (separatesWords(rest.front())) {
             line.addSeparator(rest.front());

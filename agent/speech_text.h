@@ -31,6 +31,10 @@ std::string chooseAlternative(std::string_view text,
 /// bytes.
 SpokenLine parseSpeech(std::string_view oneAlternative);
 
+/// As `parseSpeech`, of the front of `rest`, which is moved behind it: about `most` bytes, up to the end of a
+/// word, or twice as many of a word that does not end. Takes something unless `rest` is empty.
+SpokenLine takeSpeech(std::string_view& rest, std::size_t most);
+
 /// What `parseSpeech` shows.
 std::string shownText(std::string_view oneAlternative);
 

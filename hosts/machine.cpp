@@ -1,18 +1,34 @@
 #include "hosts/machine.h"
 
+#include <chrono>
+#include <iostream>
 #include <random>
 
 #include "platform/posix/data_folders.h"
 
 namespace velmora {
+namespace {
+
+/// How long no socket must have had anything before a skip goes on.
+constexpr std::chrono::milliseconds quietAfterTimer{20};
+
+}  // namespace
 
 Machine::Machine(const Options& options, Folders folders_)
     : folders(std::move(folders_)),
       application(folders.application, folders.installed),
       machineSettings(settings, folders.application),
       clock(loop, options.clock),
-      seed(options.seed ? *options.seed : std::random_device{}()) {
+      seed(options.seed ? *options.seed : std::random_device{}()),
+      winsocks({.loop = loop,
+                .post = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
+                .settings = machineSettings,
+                .address = options.address,
+                .report = [](const std::string& line) { std::cerr << "velmora: " << line << "\n"; }}) {
     loopHost.carry(&loop);
+    loop.onSkipped = [this](std::chrono::milliseconds waited) {
+        return winsocks.untilQuiet(quietAfterTimer, waited);
+    };
 }
 
 std::string Machine::characterPackage() const {

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "hosts/options.h"
-#include "hosts/unreachable_winsocks.h"
 #include "platform/boxes.h"
 #include "platform/curl/curl_inets.h"
 #include "platform/ini_settings_file.h"
@@ -13,6 +12,7 @@
 #include "platform/platform.h"
 #include "platform/posix/posix_application.h"
 #include "platform/posix/posix_files.h"
+#include "platform/posix/sockets/posix_winsocks.h"
 #include "platform/posix/system_clock.h"
 #include "platform/posix/system_link.h"
 #include "platform/qt/network_manager.h"
@@ -45,7 +45,7 @@ struct Machine {
     SeededRandom random{seed};
     PatternRegional regional{qt::regionalForm(QLocale::system())};
     Boxes boxes{loop};
-    UnreachableWinsocks winsocks;
+    PosixWinsocks winsocks;
     curl::CurlInets inets{
         {.loop = loop,
          .postFromThread = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },

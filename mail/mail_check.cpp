@@ -166,9 +166,9 @@ void MailCheck::retrieved(const std::string& reply) {
 // A message without its empty line is meant to be kept without fields, under the empty key. One whose key is
 // there already is dropped, and the earlier one stays: that is how an old message is told from a new one.
 void MailCheck::keepMessage() {
-    const std::string text = MailBuffer.take();
+    std::string text = MailBuffer.take();
     MailCurrentMessage = std::make_shared<CMessage>();
-    passOver([&] { MailCurrentMessage->CreateFromText(text); },
+    passOver([&] { MailCurrentMessage->CreateFromText(std::move(text)); },
              [&] { MailMessages.Add(MailCurrentMessage, MailCurrentMessage->MessageID); });
     MailCurrentMessage = nullptr;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 
 #include "base/failure.h"
 #include "base/text.h"
@@ -47,14 +48,14 @@ std::string_view withoutBlanks(std::string_view text) {
 
 }  // namespace
 
-void CMessage::CreateFromText(std::string_view text) {
+void CMessage::CreateFromText(std::string text) {
     const std::int16_t mark = positionOf(text, emptyLine);
     if (mark == 0) throw Failure(invalidFormat, "Invalid message format", "CMessage.CreateFromText");
-    const std::string_view head = text.substr(0, static_cast<std::size_t>(mark) - 1);
-    Headers = head;
-    MessageBody = text.substr(head.size() + emptyLine.size());
-    MessageText = text;
-    for (std::string_view rest = head; !rest.empty();) {
+    const std::size_t headSize = static_cast<std::size_t>(mark) - 1;
+    MessageText = std::move(text);  // a large one is not copied: that alone would hold the program up
+    MessageBody = std::string_view(MessageText).substr(headSize + emptyLine.size());
+    Headers = MessageText.substr(0, headSize);
+    for (std::string_view rest = Headers; !rest.empty();) {
         const std::string_view line = rest.substr(0, rest.find(lineEnd));
         takeHeader(line);
         rest.remove_prefix(std::min(rest.size(), line.size() + lineEnd.size()));

@@ -16,7 +16,7 @@ public:
     /// Cuts the text at its first empty line, and takes what it knows of the headers. A header that occurs
     /// again replaces the one before. Fails with `invalidFormat` if there is no empty line, and with 6 if it
     /// is behind position 32767; nothing has changed then.
-    void CreateFromText(std::string_view text);
+    void CreateFromText(std::string text);
     static constexpr long invalidFormat = static_cast<long>(0x80040265);
 
     /// Gives an empty text, whatever the message holds: that is kept.

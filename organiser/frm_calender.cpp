@@ -88,7 +88,8 @@ void FrmCalender::cmdAddApp_Click() {
             const DateTime now = needs_.clock.now();
             const DateTime chosen{Calender.Value.get().date, AppTime.Value.get().time};
             if (chosen.date < now.date) return refuse("I could not add your appointment.");
-            if (chosen < now) return refuse("The time you entered is invalid.");
+            if (chosen.date == now.date && chosen.time < now.time)
+                return refuse("The time you entered is invalid.");
             AppList.Add(appointmentRecord({.date = needs_.regional.shortDate(chosen.date),
                                            .time = needs_.regional.longTime(chosen.time),
                                            .event = txtEvent.Text.get()}));
@@ -111,21 +112,22 @@ void FrmCalender::RefreshAppList() {
         [&] {
             lvApps.ListItems().Clear();
             const DateTime chosen = Calender.Value;
+            const std::string presentTime = needs_.regional.longTime(needs_.clock.now().time);
             for (std::size_t index = 1; index <= AppList.Count(); ++index) {
                 // Indices are meant to be counted in 16 bits: what lies behind the last one is not shown.
                 if (index > AppointmentList::lastIndex) throw Failure(errors::overflow);
-                if (AppList.date(index) == chosen) listAppointment(index);
+                if (AppList.date(index) == chosen) listAppointment(index, presentTime);
             }
         });
 }
 
-void FrmCalender::listAppointment(std::size_t index) {
+void FrmCalender::listAppointment(std::size_t index, const std::string& presentTime) {
     const std::string& record = AppList.Item(index);
     const auto fields = appointmentFields(record);
-    lvApps.ListItems().Add({.Key = std::to_string(index) + needs_.regional.longTime(needs_.clock.now().time),
-                            .Text = std::string(fields->time),
-                            .Tag = record,
-                            .SubItems = {std::string(fields->event)}});
+    Row row{
+        .Key = std::to_string(index).append(presentTime), .Text = std::string(fields->time), .Tag = record};
+    row.SubItems.emplace_back(fields->event);
+    lvApps.ListItems().Add(std::move(row));
 }
 
 void FrmCalender::markDays() {

@@ -101,7 +101,7 @@ private:
     void mnuRemove_Click();
 
     void refuse(const std::string& reason);
-    void listAppointment(std::size_t index);
+    void listAppointment(std::size_t index, const std::string& presentTime);
     void markDays();
     void showFileError(std::string_view doing, const Failure& failure);
     void showError(const Failure& failure, BoxIcon icon);

@@ -130,11 +130,22 @@ void Loop::releaseRetired() {
     const auto released = std::exchange(retired_, {});
 }
 
+void Loop::settle() {
+    while (!ended_ && !posted_.empty()) runOne();
+    host_.serve(milliseconds{0});
+}
+
+void Loop::settleOutside() {
+    const auto start = host_.elapsed();
+    while (!ended_ && onSkipped) {
+        const auto waitOn = onSkipped(host_.elapsed() - start);
+        if (waitOn <= milliseconds{0}) return;
+        host_.serve(waitOn);
+        settle();
+    }
+}
+
 void Loop::skip(milliseconds span) {
-    const auto settle = [this] {
-        while (!ended_ && !posted_.empty()) runOne();
-        host_.serve(milliseconds{0});
-    };
     settle();
     // What is left is counted, not aimed at: while a handler waits in it, time goes on, and may be skipped
     // again.
@@ -146,6 +157,7 @@ void Loop::skip(milliseconds span) {
         if (!id) break;
         fire(*id);
         settle();
+        settleOutside();
     }
 }
 

@@ -84,6 +84,9 @@ public:
     /// Called when nothing is due, before the loop goes to sleep, at whatever depth. True: it did something,
     /// look again.
     std::function<bool()> onIdle;
+    /// Asked in a skip, after each timer, and told how long the skip has waited there for events from
+    /// outside: how long to wait on; 0: go on.
+    std::function<std::chrono::milliseconds(std::chrono::milliseconds waited)> onSkipped;
     /// Told of a failure that a turn did not handle.
     std::function<void(const Failure&)> onFailure;
 
@@ -105,6 +108,8 @@ private:
     bool runOne();
     void step(std::optional<std::chrono::milliseconds> atMost);
     std::optional<std::chrono::milliseconds> untilNextTimer() const;
+    void settle();
+    void settleOutside();
     void releaseRetired();
 
     LoopHost& host_;

@@ -41,6 +41,8 @@ constexpr std::array entries{
     Entry{"Accessories", "SystemInformation", "system-information", "What the about box opens."},
     Entry{"Link", "Kinds", "any",
           "What counts as a connection: any, or a list of ppp, ethernet, wifi, wwan, tunnel."},
+    Entry{"Mail", "mail.example", "",
+          "How a mail server is reached, a line for each: tls:PORT or starttls; else in clear, port 110."},
     Entry{"Speech", "Device", "default",
           "default, none (silent, in time) or file:PATH (a WAV of all that is said)."},
     Entry{"Speech", "Voice", "", "Name of the speech engine's voice; empty: the character's own."},

@@ -14,6 +14,9 @@ namespace {
 
 constexpr Milliseconds frame{33};
 
+/// How many bytes of a line are worked on at a time: a long one must not hold up the events of the desktop.
+constexpr std::size_t linePart = 8192;
+
 constexpr std::array<std::string_view, 7> mouthSlots = {"closed", "A", "E", "O", "U", "F", "L"};
 
 QSize sizeOf(const Rig& rig, double scale) {
@@ -161,24 +164,35 @@ QRect QtCharacter::figure() const {
     return area.adjusted(area.width() / 10, area.height() / 20, -area.width() / 10, -area.height() / 40);
 }
 
-SpokenLine QtCharacter::openBalloon(BalloonKind kind, const std::string& text) {
-    SpokenLine line = parseSpeech(chooseAlternative(text, options_.pick));
+void QtCharacter::beginLine(BalloonKind kind, const std::string& text) {
+    lineKind_ = kind;
+    lineText_ = chooseAlternative(text, options_.pick);
+    lineRest_ = lineText_;
+}
+
+// Shows the next part of the line.
+SpokenLine QtCharacter::openBalloon() {
+    SpokenLine line = takeSpeech(lineRest_, linePart);
     line_ = toShown(line);
     const QString speaker = QString::fromStdString(rig_.name);
-    const bool says = kind == BalloonKind::speech;
+    const bool says = lineKind_ == BalloonKind::speech;
     const QString description =
         says ? QObject::tr("%1 says").arg(speaker) : QObject::tr("%1 thinks").arg(speaker);
     if (line_.text.trimmed().isEmpty()) {
         balloon_.closeNow();
     } else {
-        balloon_.open(kind, line_.text, description, figure());
+        balloon_.open(lineKind_, line_.text, description, figure());
     }
     return line;
 }
 
 void QtCharacter::speak(const std::string& text) {
-    SpokenLine line = openBalloon(BalloonKind::speech, text);
-    if (!voice_) return revealNextThought();
+    beginLine(BalloonKind::speech, text);
+    voice_ ? speakPart() : thinkPart();
+}
+
+void QtCharacter::speakPart() {
+    SpokenLine line = openBalloon();
     speaking_ = true;
     voice_->speak(std::move(line), {.onWord = [this](std::size_t word) { revealWord(word); },
                                     .onMouth =
@@ -186,17 +200,24 @@ void QtCharacter::speak(const std::string& text) {
                                             mouth_ = mouth;
                                             drawFrame();
                                         },
-                                    .onEnd =
-                                        [this] {
-                                            endLine();
-                                            finish();
-                                        }});
+                                    .onEnd = [this] { endPart(); }});
 }
 
 void QtCharacter::think(const std::string& text) {
-    openBalloon(BalloonKind::thought, text);
+    beginLine(BalloonKind::thought, text);
+    thinkPart();
+}
+
+void QtCharacter::thinkPart() {
+    openBalloon();
     nextWord_ = 0;
     revealNextThought();
+}
+
+void QtCharacter::endPart() {
+    if (!lineRest_.empty()) return speaking_ ? speakPart() : thinkPart();
+    endLine();
+    finish();
 }
 
 void QtCharacter::revealWord(std::size_t word) {
@@ -206,10 +227,7 @@ void QtCharacter::revealWord(std::size_t word) {
 void QtCharacter::revealNextThought() {
     constexpr Milliseconds reading{260};
     constexpr Milliseconds pondering{1200};
-    if (nextWord_ > line_.wordEnds.size()) {
-        endLine();
-        return finish();
-    }
+    if (nextWord_ > line_.wordEnds.size()) return endPart();
     revealWord(nextWord_);
     thinking_.start(++nextWord_ < line_.wordEnds.size() ? reading : pondering);
     if (nextWord_ == line_.wordEnds.size()) ++nextWord_;
@@ -218,6 +236,8 @@ void QtCharacter::revealNextThought() {
 // What stays to be seen is the whole line: a word may lie beyond the last one that was told.
 void QtCharacter::endLine() {
     speaking_ = false;
+    lineText_.clear();
+    lineRest_ = {};
     mouth_ = Mouth::closed;
     nextWord_ = 0;
     if (balloon_.isVisible()) {

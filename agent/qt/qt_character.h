@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "agent/animator.h"
@@ -82,7 +83,11 @@ private:
     void moveTo(QPoint target);
 
     QRect figure() const;
-    SpokenLine openBalloon(BalloonKind kind, const std::string& text);
+    void beginLine(BalloonKind kind, const std::string& text);
+    SpokenLine openBalloon();
+    void speakPart();
+    void thinkPart();
+    void endPart();
     void revealWord(std::size_t word);
     void revealNextThought();
     void endLine();
@@ -123,8 +128,11 @@ private:
     std::function<void(bool)> done_;
     const Clip* pending_ = nullptr;  ///< to be played when the gesture before it has ended
     std::optional<Slide> slide_;
-    ShownLine line_;
-    std::size_t nextWord_ = 0;  ///< of a thought
+    BalloonKind lineKind_ = BalloonKind::speech;
+    std::string lineText_;       ///< of the order under way
+    std::string_view lineRest_;  ///< what of it has not been begun
+    ShownLine line_;             ///< the part under way
+    std::size_t nextWord_ = 0;   ///< of a thought
     Mouth mouth_ = Mouth::closed;
     bool speaking_ = false;
 

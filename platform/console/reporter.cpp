@@ -1,5 +1,7 @@
 #include "platform/console/reporter.h"
 
+#include "agent/speech_text.h"
+
 #include <array>
 
 #include "platform/control.h"
@@ -59,8 +61,8 @@ void Reporter::playAsked(const std::string& animation) {
     printer_.print({"play", animation});
 }
 
-void Reporter::speakAsked(const std::string& text, const std::string& shown) {
-    printer_.print({"speak", text, shown});
+void Reporter::speakAsked(const std::string& text, const std::string& chosen) {
+    printer_.print({"speak", text, agent::shownText(chosen)});
 }
 
 void Reporter::thinkAsked(const std::string& text) {

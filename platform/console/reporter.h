@@ -26,7 +26,7 @@ public:
     void showAsked() override;
     void hideAsked() override;
     void playAsked(const std::string& animation) override;
-    void speakAsked(const std::string& text, const std::string& shown) override;
+    void speakAsked(const std::string& text, const std::string& chosen) override;
     void thinkAsked(const std::string& text) override;
     void moveAsked(int x, int y) override;
     void stopAllAsked() override;

@@ -26,7 +26,7 @@ struct Listener {
 
 /// How much a transfer may take.
 struct Limits {
-    std::size_t body = 64'000'000;     ///< bytes, unpacked
+    std::size_t body = 64'000'000;              ///< bytes, unpacked
     std::chrono::milliseconds silence{60'000};  ///< without a byte either way
 };
 

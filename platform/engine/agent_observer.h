@@ -13,8 +13,8 @@ public:
     virtual void showAsked() {}
     virtual void hideAsked() {}
     virtual void playAsked(const std::string& /*animation*/) {}
-    /// `text` as it was handed over; `shown` is what the balloon shows of it.
-    virtual void speakAsked(const std::string& /*text*/, const std::string& /*shown*/) {}
+    /// `text` as it was handed over; `chosen` is the one alternative of it that will be said, with its tags.
+    virtual void speakAsked(const std::string& /*text*/, const std::string& /*chosen*/) {}
     virtual void thinkAsked(const std::string& /*text*/) {}
     virtual void moveAsked(int /*x*/, int /*y*/) {}
     virtual void stopAllAsked() {}

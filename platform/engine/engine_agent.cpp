@@ -57,9 +57,8 @@ public:
         const std::string chosen = agent::chooseAlternative(text, [this](std::size_t count) {
             return static_cast<std::size_t>(server_.needs_.random.Rnd() * static_cast<double>(count));
         });
-        const std::string shown = agent::shownText(chosen);
         return ask({agent::Action::speak, chosen},
-                   [&](AgentObserver& observer) { observer.speakAsked(text, shown); });
+                   [&](AgentObserver& observer) { observer.speakAsked(text, chosen); });
     }
     Request Think(const std::string& text) override {
         return ask({agent::Action::think, text}, [&](AgentObserver& observer) { observer.thinkAsked(text); });

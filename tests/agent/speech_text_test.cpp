@@ -83,4 +83,25 @@ TEST(Bytes, AreUtf8OrElseWindows1252) {
     }
 }
 
+TEST(SpeechText, LongLineIsTakenInPartsThatBreakNoWordTagOrLetter) {
+    const struct {
+        std::string line;
+        std::vector<std::string> parts;
+    } cases[] = {
+        {"", {""}},
+        {"one two three", {"one two", " three"}},
+        {R"(ab \Map="four five"="x y"\ six)", {"ab x y", " six"}},
+        {"aaaaaaa\xc3\xa9"
+         "bbbb",
+         {"aaaaaaa\xc3\xa9", "bbbb"}},
+    };
+    for (const auto& [line, parts] : cases) {
+        std::string_view rest = line;
+        std::vector<std::string> taken;
+        do taken.push_back(takeSpeech(rest, 4).shown);
+        while (!rest.empty());
+        EXPECT_EQ(taken, parts) << line;
+    }
+}
+
 }  // namespace

@@ -28,7 +28,7 @@ std::string settingsContent() {
 }
 
 void settings(const std::filesystem::path&) {
-    const ScratchProfile profile;
+    const velmora::blackbox::ScratchProfile profile;
     velmora::PosixFiles files;
     velmora::IniSettingsFile settings(files);
     const std::string file = profile.folder() / "Large.ini";

@@ -10,13 +10,13 @@ namespace {
 
 CMessage parsed(std::string_view text) {
     CMessage message;
-    message.CreateFromText(text);
+    message.CreateFromText(std::string(text));
     return message;
 }
 
 long failureOf(CMessage& message, std::string_view text) {
     try {
-        message.CreateFromText(text);
+        message.CreateFromText(std::string(text));
     } catch (const Failure& failure) {
         return failure.number;
     }

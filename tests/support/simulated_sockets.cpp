@@ -81,7 +81,7 @@ std::string SimulatedNetwork::newAddress() {
 class SimulatedTcp : public TcpWinsock {
 public:
     explicit SimulatedTcp(SimulatedWinsocks& sockets) : sockets_(sockets) {}
-    ~SimulatedTcp() override { Close(); }
+    ~SimulatedTcp() override { SimulatedTcp::Close(); }
 
     void Close() override {
         if (const auto end = std::exchange(end_, nullptr)) end->socket = nullptr;
@@ -260,7 +260,7 @@ private:
 class SimulatedUdp : public UdpWinsock {
 public:
     explicit SimulatedUdp(SimulatedWinsocks& sockets) : sockets_(sockets) {}
-    ~SimulatedUdp() override { Close(); }
+    ~SimulatedUdp() override { SimulatedUdp::Close(); }
 
     void Close() override {
         if (port_) sockets_.network_.receivers_.erase({sockets_.address(), *port_});
