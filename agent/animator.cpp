@@ -1,6 +1,7 @@
 #include "agent/animator.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace agent {
 namespace {
@@ -21,6 +22,12 @@ double eased(Ease ease, double part) {
             constexpr double overshoot = 1.4;
             const double left = part - 1;
             return 1 + left * left * ((overshoot + 1) * left + overshoot);
+        }
+        case Ease::steps: {
+            constexpr double count = 3;
+            constexpr double moving = 0.45;  // of each step; then it halts
+            const double step = std::floor(part * count);
+            return (step + eased(Ease::inOut, std::min(1.0, (part * count - step) / moving))) / count;
         }
     }
     return part;

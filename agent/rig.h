@@ -49,8 +49,9 @@ struct BoneState {
 /// The state of every bone, in the rig's order.
 using Pose = std::vector<BoneState>;
 
-/// How a key is approached: evenly, gently at both ends, or beyond and back.
-enum class Ease { linear, inOut, back };
+/// How a key is approached: evenly, gently at both ends, beyond and back, or in a few jerks with halts
+/// between.
+enum class Ease { linear, inOut, back, steps };
 
 /// A pose at a time of a clip. Carry-over has been applied: it says the whole figure.
 struct Key {

@@ -2,12 +2,13 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QXmlStreamReader>
+#include <QRegularExpression>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
+#include "agent/qt/art_guard.h"
 #include "agent/qt/rig_reader.h"
 
 namespace agent {
@@ -38,20 +39,9 @@ QByteArray readFile(const fs::path& folder, const std::string& name) {
     return bytes;
 }
 
-// Art is all that a figure needs, by itself: references to itself can unfold without end, and those to files
-// can be any file of the machine.
-void refuseReferences(const QByteArray& art) {
-    QXmlStreamReader reader(art);
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement) continue;
-        if (reader.name() == u"use") throw BadPackage(QStringLiteral("the art has a \"use\" element"));
-        if (reader.name() != u"image") continue;
-        for (const QXmlStreamAttribute& attribute : reader.attributes()) {
-            if (attribute.name() == u"href" && !attribute.value().startsWith(u"data:")) {
-                throw BadPackage(QStringLiteral("the art has an image that lies outside it"));
-            }
-        }
-    }
+bool isColour(const QString& text) {
+    static const QRegularExpression colour(QStringLiteral("^#[0-9a-fA-F]{6}$"));
+    return colour.match(text).hasMatch();
 }
 
 // Colours of the art, "#rrggbb", in place of which others stand.
@@ -62,7 +52,9 @@ QByteArray recolour(const QByteArray& art, const QJsonObject& palette) {
         const auto other =
             art[i] == '#' ? palette.value(QString::fromLatin1(art.mid(i, length))) : QJsonValue();
         if (other.isString()) {
-            result += other.toString().left(length).toLatin1();
+            if (!isColour(other.toString()))
+                throw BadPackage(QStringLiteral("the palette's \"%1\" is no colour").arg(other.toString()));
+            result += other.toString().toLatin1();
             i += length - 1;
         } else {
             result += art[i];
@@ -71,9 +63,21 @@ QByteArray recolour(const QByteArray& art, const QJsonObject& palette) {
     return result;
 }
 
+// Says in which file a fault lies.
+template <typename Step>
+auto in(const std::string& file, Step step) {
+    try {
+        return step();
+    } catch (const BadPackage& bad) {
+        throw BadPackage(QStringLiteral("%1: %2").arg(QString::fromStdString(file), bad.reason));
+    }
+}
+
 Package read(const fs::path& folder) {
+    const std::string description = "character.json";
+    const QByteArray text = readFile(folder, description);
     QJsonParseError error;
-    const auto document = QJsonDocument::fromJson(readFile(folder, "character.json"), &error);
+    const auto document = QJsonDocument::fromJson(text, &error);
     if (!document.isObject()) {
         throw BadPackage(QStringLiteral("character.json: %1 at byte %2")
                              .arg(error.error == QJsonParseError::NoError ? QStringLiteral("no object")
@@ -82,12 +86,11 @@ Package read(const fs::path& folder) {
     }
     const QJsonObject root = document.object();
     Package package;
-    package.rig = readRig(root);
-    const QByteArray art = readFile(folder, root.value(u"art").toString().toStdString());
-    // Compressed art could unfold to any size.
-    if (art.startsWith("\x1f\x8b")) throw BadPackage(QStringLiteral("the art is compressed"));
-    refuseReferences(art);
-    package.art = recolour(art, root.value(u"palette").toObject());
+    package.rig = in(description, [&root] { return readRig(root); });
+    const std::string file = root.value(u"art").toString().toStdString();
+    const QByteArray art = readFile(folder, file);
+    package.art = in(description, [&] { return recolour(art, root.value(u"palette").toObject()); });
+    in(file, [&package] { return refuseUnfitArt(package.art); });
     return package;
 }
 

@@ -15,7 +15,8 @@ namespace agent {
 /// The drawings of a figure, rendered once each for the scale in use.
 class PartArt {
 public:
-    /// Null if `svg` is no SVG document, or lacks a drawing that the rig names; `reason` then says which.
+    /// Null if `svg` is no SVG document, lacks a drawing that the rig names, or has drawings that no figure
+    /// of this size can have; `reason` then says which.
     static std::unique_ptr<PartArt> load(const QByteArray& svg, const Rig& rig, std::string& reason);
 
     /// Paints a pose in device pixels: `scale` of them to a unit of the rig.

@@ -21,7 +21,7 @@ constexpr qsizetype mostKeys = 256;
 constexpr qsizetype mostKeysInAll = 2048;
 constexpr double mostUnits = 10'000;
 constexpr double smallestFigure = 16;
-constexpr double largestFigure = 1024;
+constexpr double largestFigure = 512;
 constexpr double longestClip = 600'000;  // milliseconds
 constexpr Milliseconds shortestLoop{40};
 
@@ -128,25 +128,35 @@ Pose designedPose(const Rig& rig) {
     return pose;
 }
 
+// Says in which pose or key a fault lies.
+template <typename Step>
+auto in(const QString& place, Step step) {
+    try {
+        return step();
+    } catch (const BadPackage& bad) {
+        throw BadPackage(QStringLiteral("%1: %2").arg(place, bad.reason));
+    }
+}
+
 using Poses = std::map<std::string, Pose, std::less<>>;
 
-Ease easeNamed(const QJsonValue& value, std::string_view clip) {
-    const std::map<std::string, Ease, std::less<>> eases = {
-        {"", Ease::inOut}, {"io", Ease::inOut}, {"linear", Ease::linear}, {"back", Ease::back}};
+Ease easeNamed(const QJsonValue& value) {
+    const std::map<std::string, Ease, std::less<>> eases = {{"", Ease::inOut},
+                                                            {"io", Ease::inOut},
+                                                            {"linear", Ease::linear},
+                                                            {"back", Ease::back},
+                                                            {"steps", Ease::steps}};
     const auto found = eases.find(text(value));
-    if (found == eases.end()) fail(QStringLiteral("clip \"%1\" has an ease that is not known"), clip);
+    if (found == eases.end()) fail(QStringLiteral("there is no ease \"%1\""), text(value));
     return found->second;
 }
 
 Key readKey(const QJsonObject& object, const Clip& clip, const Rig& rig, const Poses& poses) {
-    Key key{.at = time(object.value(u"at"), clip.name),
-            .ease = easeNamed(object.value(u"ease"), clip.name),
-            .pose = {}};
-    if (!clip.keys.empty() && key.at < clip.length())
-        fail(QStringLiteral("the keys of \"%1\" are out of order"), clip.name);
+    Key key{.at = time(object.value(u"at"), clip.name), .ease = easeNamed(object.value(u"ease")), .pose = {}};
+    if (!clip.keys.empty() && key.at < clip.length()) throw BadPackage(QStringLiteral("it is out of order"));
     const QJsonValue name = object.value(u"pose");
     const auto pose = poses.find(name.isUndefined() ? "rest" : text(name));
-    if (pose == poses.end()) fail(QStringLiteral("clip \"%1\" names a pose that is not there"), clip.name);
+    if (pose == poses.end()) fail(QStringLiteral("there is no pose \"%1\""), text(name));
     const bool carries = name.isUndefined() && !clip.keys.empty();
     key.pose = changed(carries ? clip.keys.back().pose : pose->second, rig, objectIn(object, u"set"));
     return key;
@@ -159,7 +169,11 @@ Clip readClip(const std::string& name, const QJsonObject& object, const Rig& rig
     const QJsonArray keys = object.value(u"keys").toArray();
     if (keys.empty() || keys.size() > mostKeys)
         fail(QStringLiteral("clip \"%1\" has no keys, or too many"), name);
-    for (const auto& key : keys) clip.keys.push_back(readKey(key.toObject(), clip, rig, poses));
+    for (const auto& key : keys) {
+        const QString place =
+            QStringLiteral("clip \"%1\", key %2").arg(QString::fromStdString(name)).arg(clip.keys.size() + 1);
+        clip.keys.push_back(in(place, [&] { return readKey(key.toObject(), clip, rig, poses); }));
+    }
     if (const auto loop = object.value(u"loop"); !loop.isUndefined()) {
         const auto [start, end] = numberPair(loop, name, 0, longestClip);
         clip.loop = {Milliseconds(std::llround(start)), Milliseconds(std::llround(end))};
@@ -206,7 +220,9 @@ Rig readRig(const QJsonObject& root) {
     if (poseObjects.size() > mostClips) throw BadPackage(QStringLiteral("it has too many poses"));
     for (auto i = poseObjects.begin(); i != poseObjects.end(); ++i) {
         // Every pose is a change of the resting one.
-        poses.insert_or_assign(i.key().toStdString(), changed(rig.rest, rig, i.value().toObject()));
+        Pose pose = in(QStringLiteral("pose \"%1\"").arg(i.key()),
+                       [&] { return changed(rig.rest, rig, i.value().toObject()); });
+        poses.insert_or_assign(i.key().toStdString(), std::move(pose));
     }
 
     const QJsonObject clips = objectIn(root, u"clips");

@@ -50,6 +50,18 @@ TEST(PoseAt, InterpolatesChannelsAndKeepsASlotUntilItsKey) {
     EXPECT_DOUBLE_EQ(poseAt(clip, -1s)[0][Channel::rot], 0);
 }
 
+TEST(PoseAt, GoesInThreeJerksWithHaltsBetween) {
+    const Rig rig = makeRig();
+    Clip clip = makeClip(rig, "Lift");
+    clip.keys[1] = {300ms, Ease::steps, turned(rig, 90)};
+    const auto degrees = [&clip](Milliseconds time) { return poseAt(clip, time)[0][Channel::rot]; };
+    EXPECT_NEAR(degrees(60ms), 30, 1e-9);
+    EXPECT_NEAR(degrees(99ms), 30, 1e-9);
+    EXPECT_GT(degrees(120ms), 30);
+    EXPECT_NEAR(degrees(199ms), 60, 1e-9);
+    EXPECT_NEAR(degrees(299ms), 90, 1e-9);
+}
+
 TEST(PlaceParts, ChildrenFollowTheirParentAndStandAtTheirDepth) {
     const Rig rig = makeRig();
     const auto parts = placeParts(rig, turned(rig, 90));
