@@ -1,6 +1,14 @@
 #include "hosts/desktop_hearing.h"
 
 namespace velmora {
+namespace {
+
+std::function<std::unique_ptr<agent::AudioSource>()> microphone(const Machine& machine) {
+    if (machine.machineSettings.value("Hearing", "Device") == "none") return {};
+    return agent::openMicrophone;
+}
+
+}  // namespace
 
 DesktopHearing::DesktopHearing(Machine& machine, EngineAgent& agent)
     : machine_(machine),
@@ -8,7 +16,7 @@ DesktopHearing::DesktopHearing(Machine& machine, EngineAgent& agent)
       hearing_({.agent = agent,
                 .post = [&machine](
                             std::function<void()> call) { machine.loopHost.postFromThread(std::move(call)); },
-                .microphone = machine.machineSettings.value("Hearing", "Device") != "none"}),
+                .microphone = microphone(machine)}),
       key_(machine.machineSettings.value("Hearing", "Key")) {
     agent.add(hearing_);
     hearing_.onTip = [this](const HeardTip& tip) { show(tip); };

@@ -12,7 +12,8 @@ constexpr int floorScore = -60;  // at this or below, no command was heard
 
 }  // namespace
 
-Hearing::Hearing(Needs needs) : needs_(std::move(needs)), ear_({.post = needs_.post}) {}
+Hearing::Hearing(Needs needs)
+    : needs_(std::move(needs)), ear_({.post = needs_.post, .microphone = needs_.microphone}) {}
 
 std::vector<agent::EarCommand> Hearing::commands() const {
     std::vector<agent::EarCommand> enabled;
@@ -27,7 +28,7 @@ std::vector<agent::EarCommand> Hearing::commands() const {
 void Hearing::hear(const std::string& path, std::function<void(const std::string&)> done) {
     ear_.hear(
         path, commands(),
-        {.onPhrase = [this](const agent::EarPhrase& phrase) { heard(phrase); }, .onEnd = std::move(done)});
+        {.onPhrase = [this](const agent::EarPhrase& phrase) { handOn(phrase); }, .onEnd = std::move(done)});
 }
 
 void Hearing::listenAsked(bool on) {
@@ -39,7 +40,7 @@ void Hearing::listenAsked(bool on) {
 void Hearing::press() {
     if (!needs_.microphone || !needs_.agent.commands()) return;
     tellListening(true, {});
-    ear_.listen(commands(), {.onPhrase = [this](const agent::EarPhrase& phrase) { heard(phrase); },
+    ear_.listen(commands(), {.onPhrase = [this](const agent::EarPhrase& phrase) { handOn(phrase); },
                              .onEnd = [this](const std::string& failure) { tellListening(false, failure); }});
 }
 
@@ -47,7 +48,7 @@ void Hearing::tellListening(bool listening, const std::string& failure) const {
     if (needs_.microphone && onListening) onListening(listening, failure);
 }
 
-void Hearing::heard(const agent::EarPhrase& phrase) {
+void Hearing::handOn(const agent::EarPhrase& phrase) {
     if (!needs_.agent.commands()) return;  // it has been unloaded meanwhile
     if (onTip) onTip(tipFor(phrase));
     const bool none = phrase.score <= floorScore;

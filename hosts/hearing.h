@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -28,7 +29,8 @@ public:
     struct Needs {
         EngineAgent& agent;  ///< outlives this object
         agent::Post post;    ///< into the program's loop, from any thread
-        bool microphone;     ///< whether `Listen` reaches one
+        /// What `Listen` reaches, called in another thread; empty: nothing.
+        std::function<std::unique_ptr<agent::AudioSource>()> microphone;
     };
     explicit Hearing(Needs needs);
 
@@ -51,7 +53,7 @@ public:
 
 private:
     std::vector<agent::EarCommand> commands() const;
-    void heard(const agent::EarPhrase& phrase);
+    void handOn(const agent::EarPhrase& phrase);
     HeardTip tipFor(const agent::EarPhrase& phrase) const;
     void tellListening(bool listening, const std::string& failure) const;
 

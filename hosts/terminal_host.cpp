@@ -97,7 +97,7 @@ int runInTerminal(const Options& options, Folders folders) {
     Hearing hearing(
         {.agent = agent,
          .post = [&machine](std::function<void()> call) { machine.loopHost.postFromThread(std::move(call)); },
-         .microphone = false});
+         .microphone = {}});
     DescriptorLines input(STDIN_FILENO);
     output.onGone = [&input] { input.close(); };  // nobody is there to see what more lines would do
     Terminal terminal({.loop = machine.loop,

@@ -11,6 +11,7 @@
 #include <variant>
 
 #include "agent/hearing/phrase_finder.h"
+#include "agent/hearing/phrase_reader.h"
 #include "agent/hearing/sound_out.h"
 #include "agent/hearing/wav_reader.h"
 
@@ -94,7 +95,7 @@ private:
         for (const Samples& phrase : findPhrases(std::get<Samples>(read))) {
             if (stopped(turn)) break;
             if (!learn(job.commands)) return cannotHear;
-            recognise(phrase, job, turn);
+            tell(recogniser_->recognise(phrase), job, turn);
         }
         return {};
     }
@@ -104,19 +105,19 @@ private:
         const auto source = needs_.microphone ? needs_.microphone() : nullptr;
         if (!source) return "There is no microphone.";
         if (!learn(job.commands)) return cannotHear;
-        PhraseFinder finder;
+        PhraseReader reader([this](const Samples& phrase) { return recogniser_->recognise(phrase); });
         std::array<std::int16_t, hearingRate / 50> piece{};
-        std::optional<Samples> phrase;
-        for (int waited = 0; !phrase && waited < patience; waited += finder.speaking() ? 0 : 1) {
+        bool ended = false;
+        for (int waited = 0; !ended && waited < patience; waited += reader.speaking() ? 0 : 1) {
             if (stopped(turn)) return {};
             if (!source->read(piece)) return "The microphone is gone.";
-            phrase = finder.feed(piece);
-            if (!phrase && finishing()) {
-                phrase = finder.finish();
+            ended = reader.feed(piece);
+            if (!ended && finishing()) {
+                ended = reader.finish();
                 break;
             }
         }
-        if (phrase) recognise(*phrase, job, turn);
+        if (ended) tell(reader.result(), job, turn);
         return {};
     }
 
@@ -129,10 +130,10 @@ private:
         return recogniser_ != nullptr;
     }
 
-    void recognise(const Samples& samples, const Job& job, Turn turn) {
-        const auto heard = recogniser_->recognise(samples);
+    void tell(const std::optional<HeardPhrase>& heard, const Job& job, Turn turn) {
         if (!heard || !job.events.onPhrase) return;
-        EarPhrase phrase{heard->words, job.commands.at(heard->command).name, heard->score, {}};
+        EarPhrase phrase{.words = heard->words, .name = {}, .score = heard->score, .runnersUp = {}};
+        if (heard->command) phrase.name = job.commands.at(*heard->command).name;
         for (const std::size_t command : heard->runnersUp)
             phrase.runnersUp.push_back(job.commands.at(command).name);
         deliver(turn, [told = job.events.onPhrase, phrase] { told(phrase); });

@@ -23,7 +23,7 @@ struct EarCommand {
 /// A phrase, as the commands' names tell it.
 struct EarPhrase {
     std::string words;                   ///< as they were heard
-    std::string name;                    ///< of the likeliest command
+    std::string name;                    ///< of the likeliest command; empty if it is far from all
     int score = 0;                       ///< -100 to 100; -60 or less: most likely no command
     std::vector<std::string> runnersUp;  ///< at most two other commands, the likelier first
 };

@@ -49,14 +49,6 @@ Phones phonesOf(const Reading& reading) {
     return phones;
 }
 
-std::string wordsOf(const Reading& reading) {
-    std::string words;
-    for (const HeardPiece& piece : reading) {
-        if (!piece.word.empty()) words.append(words.empty() ? "" : " ").append(piece.word);
-    }
-    return words;
-}
-
 int framesOf(const Reading& reading, Kind kind) {
     int frames = 0;
     for (const HeardPiece& piece : reading) frames += piece.kind == kind ? piece.frames : 0;
@@ -86,6 +78,14 @@ Rivals rivals(const std::vector<CommandGraph>& graphs, std::size_t winner, const
 }
 
 }  // namespace
+
+std::string wordsOf(const Reading& reading) {
+    std::string words;
+    for (const HeardPiece& piece : reading) {
+        if (!piece.word.empty()) words.append(words.empty() ? "" : " ").append(piece.word);
+    }
+    return words;
+}
 
 bool Readings::spoken() const {
     return std::ranges::any_of(command, [](const HeardPiece& piece) { return piece.kind == Kind::word; });

@@ -33,6 +33,9 @@ struct Readings {
     bool spoken() const;
 };
 
+/// The words of a reading, a blank between them.
+std::string wordsOf(const Reading& reading);
+
 /// Compares the readings of a phrase in which a command was heard.
 Evidence weigh(const std::vector<CommandGraph>& graphs, const Readings& readings);
 

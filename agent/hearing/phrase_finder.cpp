@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::size_t frameSize = hearingRate / 50;
 constexpr std::size_t before = hearingRate * 3 / 10;  // kept of what comes before a phrase
+constexpr std::size_t margin = hearingRate / 5;
 constexpr std::size_t longest = std::size_t{10} * hearingRate;
 constexpr int framesToBegin = 3;
 constexpr int framesToEnd = 30;
@@ -69,6 +70,10 @@ std::optional<Samples> PhraseFinder::feed(std::span<const std::int16_t> samples)
     return ended;
 }
 
+bool PhraseFinder::pausing() const {
+    return speaking_ && voiced_ >= fewestVoiced && quiet_ >= framesToEnd / 2;
+}
+
 std::optional<Samples> PhraseFinder::finish() {
     rest_.clear();
     return take();
@@ -84,10 +89,12 @@ std::vector<Samples> findPhrases(const Samples& recording) {
     const auto tenth = loudness.begin() + static_cast<std::ptrdiff_t>(loudness.size() / 10);
     std::ranges::nth_element(loudness, tenth);
     PhraseFinder finder(*tenth);
+    finder.feed(Samples(margin));  // the first word may begin with the recording, and the last one end it
     for (std::size_t at = 0; at < recording.size(); at += frameSize) {
         const auto piece = std::span(recording).subspan(at, std::min(frameSize, recording.size() - at));
         if (auto phrase = finder.feed(piece)) phrases.push_back(std::move(*phrase));
     }
+    if (auto phrase = finder.feed(Samples(margin))) phrases.push_back(std::move(*phrase));
     if (auto phrase = finder.finish()) phrases.push_back(std::move(*phrase));
     return phrases;
 }

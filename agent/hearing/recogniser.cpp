@@ -11,23 +11,29 @@
 namespace agent {
 namespace {
 
-/// The phrase as the model likes it: of a usual loudness, a little silence before and after, and nowhere the
-/// perfect silence that no microphone records.
+/// The phrase as the model likes it: of a usual loudness, and nowhere the perfect silence that no microphone
+/// records.
 Samples prepare(std::span<const std::int16_t> samples) {
     constexpr int usualPeak = 12000;
     constexpr double mostGain = 50;
-    constexpr std::size_t margin = hearingRate / 5;
     constexpr int floor = 16;
     int peak = 1;
     for (const std::int16_t sample : samples) peak = std::max(peak, std::abs(int{sample}));
     const double gain = std::min(static_cast<double>(usualPeak) / peak, mostGain);
-    Samples prepared(samples.size() + 2 * margin);
+    Samples prepared(samples.size());
     for (std::size_t i = 0; i < samples.size(); ++i)
-        prepared[margin + i] = static_cast<std::int16_t>(std::lround(samples[i] * gain));
+        prepared[i] = static_cast<std::int16_t>(std::lround(samples[i] * gain));
     std::minstd_rand noise;  // seeded the same each time: a phrase is always heard the same way
     for (std::int16_t& sample : prepared)
         sample = static_cast<std::int16_t>(sample + static_cast<int>(noise() % (2 * floor + 1)) - floor);
     return prepared;
+}
+
+/// Words that are far from every command.
+std::optional<HeardPhrase> noCommand(const Reading& words) {
+    HeardPhrase phrase{.words = wordsOf(words), .command = {}, .score = scoreOf(0), .runnersUp = {}};
+    if (phrase.words.empty()) return {};
+    return phrase;
 }
 
 }  // namespace
@@ -66,7 +72,7 @@ Readings Recogniser::read(std::span<const std::int16_t> samples) {
 
 std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> samples) {
     const Readings readings = read(samples);
-    if (!readings.spoken()) return {};
+    if (!readings.spoken()) return noCommand(readings.words);
     Evidence evidence = weigh(graphs_, readings);
     HeardPhrase phrase;
     phrase.score = scoreOf(likelihood(evidence.signals));
@@ -77,7 +83,7 @@ std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> s
         evidence.words, [this](std::size_t command) { return !graphs_.at(command).empty(); });
     if (written) phrase.command = written->command;
     phrase.runnersUp = std::move(evidence.runnersUp);
-    std::erase(phrase.runnersUp, phrase.command);
+    std::erase(phrase.runnersUp, *phrase.command);
     return phrase;
 }
 

@@ -17,7 +17,7 @@ namespace agent {
 /// What a phrase that was spoken was taken for.
 struct HeardPhrase {
     std::string words;                   ///< as they were heard
-    std::size_t command = 0;             ///< the likeliest, an index into the grammars
+    std::optional<std::size_t> command;  ///< the likeliest, an index into the grammars; none: it fits none
     int score = 0;                       ///< -100 to 100; -60 or less: it was most likely no command
     std::vector<std::size_t> runnersUp;  ///< at most two other commands, the likelier first
 };
@@ -30,7 +30,7 @@ public:
                                             const std::vector<std::string>& grammars,
                                             const SoundOut& soundOut);
 
-    /// The samples are one phrase, at 16000 a second. Nothing if there is no speech in them.
+    /// The samples are one phrase, at 16000 a second, with a little of the room before and after it. Nothing if there is not a word in them.
     std::optional<HeardPhrase> recognise(std::span<const std::int16_t> samples);
 
     /// The phrase as a command, as any words and as any sounds; for those who study it. The command's reading

@@ -78,7 +78,10 @@ public:
 
     Reading read(const char* search, std::span<const std::int16_t> samples) {
         Reading reading;
-        if (ps_set_search(get(), search) < 0 || ps_start_utt(get()) < 0) return reading;
+        // A new stream forgets the noise behind earlier phrases, so that a phrase is always heard the same
+        // way.
+        if (ps_set_search(get(), search) < 0 || ps_start_stream(get()) < 0 || ps_start_utt(get()) < 0)
+            return reading;
         ps_process_raw(get(), samples.data(), samples.size(), FALSE, TRUE);
         if (ps_end_utt(get()) < 0) return reading;
         int score = 0;

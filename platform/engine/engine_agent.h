@@ -32,7 +32,7 @@ public:
     explicit EngineAgent(Needs needs);
     ~EngineAgent() override;
 
-    /// The observer outlives this object.
+    /// The observer is there for as long as anything is asked of the character.
     void add(AgentObserver& observer) { observers_.push_back(&observer); }
 
     void CharactersLoad(const std::string& id) override;

@@ -9,6 +9,7 @@ namespace {
 using namespace velmora;
 using namespace velmora::test;
 using testing::Contains;
+using testing::ContainsRegex;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -29,6 +30,19 @@ TEST_F(HearLine, ARecordedCommandIsCarriedOut) {
     const std::string file = temporaryFile("general.wav", wavBytes(spoken("open messenger")));
     const auto lines = session.send("hear " + file);
     EXPECT_THAT(lines, Contains(StartsWith("heard open messenger Messenger ")));
+    EXPECT_EQ(lines.back(), "ok");
+}
+
+TEST_F(HearLine, EveryPhraseOfARecordingIsHeardAndNoneThatFitsIsNamed) {
+    TerminalSession session(folder_.path(), {"--no-open"});
+    session.readAnswer();
+    agent::Samples both = spoken("show about");
+    const agent::Samples second = spoken("the train to the city was late again");
+    both.insert(both.end(), second.begin(), second.end());
+    const auto lines = session.send("hear " + temporaryFile("two.wav", wavBytes(both)));
+    EXPECT_THAT(lines, Contains(StartsWith("heard show about About ")));
+    EXPECT_THAT(lines, Contains(ContainsRegex("^heard .*  -[6-9][0-9]$|^heard .*  -100$")));
+    EXPECT_THAT(lines, Contains("listen off"));
     EXPECT_EQ(lines.back(), "ok");
 }
 

@@ -45,7 +45,8 @@ TEST(Recogniser, APhraseThatIsNoCommandScoresAtTheFloorOrBelow) {
     ASSERT_NE(ears, nullptr);
     for (const char* words : {"the weather is fine today", "change the light bulb"}) {
         const auto heard = ears->recognise(spoken(words));
-        if (heard) EXPECT_LE(heard->score, -60) << words << ": " << heard->words;
+        ASSERT_TRUE(heard) << words;
+        EXPECT_LE(heard->score, -60) << words << ": " << heard->words;
     }
     EXPECT_FALSE(ears->recognise(Samples(hearingRate, 0)) || ears->recognise({}));
 }

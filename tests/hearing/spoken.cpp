@@ -59,8 +59,9 @@ std::string wavBytes(const agent::Samples& samples) {
 
 std::string temporaryFile(const std::string& name, std::string_view bytes) {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    const std::string path =
-        testing::TempDir().append(test->test_suite_name()).append(test->name()).append(name);
+    std::string path = testing::TempDir();
+    if (test != nullptr) path.append(test->test_suite_name()).append(test->name());
+    path.append(name);
     std::ofstream(path, std::ios::binary) << bytes;
     return path;
 }

@@ -1,13 +1,16 @@
 // Learns what tells a command from another phrase, and measures how well that works.
 //
-//   velmora-hearing examine LIST [CONDITIONS] > SIGNALS    what speaks for and against each phrase of a list
-//   velmora-hearing learn SIGNALS                          the weights, as lines for
-//   agent/hearing/judge_weights.h velmora-hearing check SIGNALS                          how many phrases
-//   would be judged rightly
+// velmora-hearing decode LIST [both|turns]
+//     how the recogniser reads each recording: the READINGS that the others take
+// velmora-hearing learn READINGS
+//     the weights, as lines for agent/hearing/judge_weights.h
+// velmora-hearing check READINGS
+//     how many phrases there are, how many percent are taken for the right command, how many percent pass
+// velmora-hearing faults READINGS
+//     the phrases that are judged wrongly, with their signals
 //
-// A line of LIST is FILE<TAB>COMMAND, with - for a phrase that is no command. CONDITIONS is both (clean and
-// with noise; the default) or turns (one of them, in turn). SIGNALS is a table of lines: file, condition,
-// what was meant, what was heard, seconds of processor time, words, free words, signals.
+// A line of LIST is FILE<TAB>COMMAND, with - for a phrase that is no command; `synthesise` writes such lists.
+// Each file is read clean and with noise (both; the default), or in these ways by turns.
 
 #include <chrono>
 #include <ctime>
@@ -66,6 +69,14 @@ Vocabulary vocabulary() {
     return all;
 }
 
+/// The phrase with the moments before and after it that a microphone would have recorded.
+agent::Samples inRoom(const agent::Samples& phrase) {
+    agent::Samples samples(agent::hearingRate / 5);
+    samples.insert(samples.end(), phrase.begin(), phrase.end());
+    samples.resize(samples.size() + agent::hearingRate / 5);
+    return samples;
+}
+
 void decode(agent::Recogniser& recogniser, const std::vector<std::string>& entry,
             const agent::Samples& samples, const char* condition) {
     const std::clock_t start = std::clock();
@@ -85,13 +96,14 @@ int decodeAll(const std::string& list, bool turns) {
     for (std::string line; std::getline(in, line); ++number) {
         const auto entry = fieldsOf(line);
         const auto read = agent::readWav(entry.at(0));
-        const auto* samples = std::get_if<agent::Samples>(&read);
-        if (samples == nullptr) {
+        const auto* recorded = std::get_if<agent::Samples>(&read);
+        if (recorded == nullptr) {
             std::cerr << std::get<std::string>(read) << '\n';
             continue;
         }
-        if (!turns || number % 2 == 0) decode(*recogniser, entry, *samples, "clean");
-        if (!turns || number % 2 == 1) decode(*recogniser, entry, withNoise(*samples, number), "noise");
+        const agent::Samples samples = inRoom(*recorded);
+        if (!turns || number % 2 == 0) decode(*recogniser, entry, samples, "clean");
+        if (!turns || number % 2 == 1) decode(*recogniser, entry, withNoise(samples, number), "noise");
     }
     return 0;
 }
@@ -102,6 +114,7 @@ std::vector<Row> readRows(const std::string& path, const Vocabulary& commands) {
     std::vector<agent::CommandGraph> graphs;
     for (const std::string& grammar : commands.grammars)
         graphs.push_back(agent::makeCommandGraph(grammar, *dictionary, agent::soundOutByVoice()));
+    const agent::VoiceVocabulary voices({commands.grammars.begin(), commands.grammars.end()});
     std::vector<Row> rows;
     std::ifstream in(path);
     for (std::string line; std::getline(in, line);) {
@@ -112,7 +125,11 @@ std::vector<Row> readRows(const std::string& path, const Vocabulary& commands) {
         const agent::Readings readings{readReading(fields[4]), readReading(fields[5]),
                                        readReading(fields[6])};
         row.spoken = readings.spoken();
-        if (row.spoken) row.evidence = agent::weigh(graphs, readings);
+        if (row.spoken) {
+            row.evidence = agent::weigh(graphs, readings);
+            if (const auto heard = voices.recognise(row.evidence.words, [](std::size_t) { return true; }))
+                row.evidence.command = heard->command;
+        }
         rows.push_back(std::move(row));
     }
     return rows;
