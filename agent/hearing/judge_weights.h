@@ -5,8 +5,8 @@
 namespace agent {
 
 /// What each signal of a phrase counts for; learned by `velmora-hearing`, see docs/hearing.md.
-constexpr double judgeBias = -1.43832;
-constexpr Signals judgeWeights{-0.561888, -0.249487, -0.141124, -0.494628, 1.02929,  -2.10966,  -3.74437,
-                               -0.629042, 1.8671,    1.94381,   1.36467,   0.886507, -0.255299, 2.89184};
+constexpr double judgeBias = -0.21724;
+constexpr Signals judgeWeights{-0.401531, -0.195174, -0.236275, -0.262833, 0.277267,  -2.07485, -0.838052,
+                               -0.137921, -7.65401,  1.13101,   1.45427,   -0.402651, -2.96958, 0.985301};
 
 }  // namespace agent

@@ -12,6 +12,7 @@ constexpr std::size_t margin = hearingRate / 5;
 constexpr std::size_t longest = std::size_t{10} * hearingRate;
 constexpr int framesToBegin = 3;
 constexpr int framesToEnd = 30;
+constexpr int framesKept = 10;  // of the pause at the end
 constexpr int fewestVoiced = 6;
 constexpr double clearlyLouder = 6;  // than the room, of mean squares
 constexpr double quietest = 50.0 * 50;
@@ -56,6 +57,9 @@ std::optional<Samples> PhraseFinder::take() {
     loud_ = 0;
     Samples phrase = std::exchange(phrase_, {});
     if (!spoken) return {};
+    // In a long silence the recogniser loses the command that came before it.
+    const auto silent = static_cast<std::size_t>(std::max(quiet_ - framesKept, 0)) * frameSize;
+    phrase.resize(phrase.size() - std::min(silent, phrase.size()));
     return phrase;
 }
 
@@ -89,13 +93,16 @@ std::vector<Samples> findPhrases(const Samples& recording) {
     const auto tenth = loudness.begin() + static_cast<std::ptrdiff_t>(loudness.size() / 10);
     std::ranges::nth_element(loudness, tenth);
     PhraseFinder finder(*tenth);
-    finder.feed(Samples(margin));  // the first word may begin with the recording, and the last one end it
     for (std::size_t at = 0; at < recording.size(); at += frameSize) {
         const auto piece = std::span(recording).subspan(at, std::min(frameSize, recording.size() - at));
         if (auto phrase = finder.feed(piece)) phrases.push_back(std::move(*phrase));
     }
-    if (auto phrase = finder.feed(Samples(margin))) phrases.push_back(std::move(*phrase));
     if (auto phrase = finder.finish()) phrases.push_back(std::move(*phrase));
+    if (!phrases.empty()) {
+        // The first word may begin with the recording, and the last one end with it.
+        phrases.front().insert(phrases.front().begin(), margin, 0);
+        phrases.back().insert(phrases.back().end(), margin, 0);
+    }
     return phrases;
 }
 

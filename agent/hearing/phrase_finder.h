@@ -11,8 +11,8 @@
 
 namespace agent {
 
-/// Cuts a stream of sound into phrases: what is clearly louder than the room, up to a pause of 0.6 seconds.
-/// Keeps at most eleven seconds.
+/// Cuts a stream of sound into phrases: what is clearly louder than the room, up to a pause of 0.6 seconds,
+/// of which they keep a third. Keeps at most eleven seconds.
 class PhraseFinder {
 public:
     /// Loudness of the room, if it is known: the mean square of its samples.

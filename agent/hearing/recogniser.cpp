@@ -29,6 +29,12 @@ Samples prepare(std::span<const std::int16_t> samples) {
     return prepared;
 }
 
+/// Whether there is nothing but the noise of the samples' own steps.
+bool isSilence(std::span<const std::int16_t> samples) {
+    constexpr int steps = 20;
+    return std::ranges::all_of(samples, [](int sample) { return std::abs(sample) < steps; });
+}
+
 /// Words that are far from every command.
 std::optional<HeardPhrase> noCommand(const Reading& words) {
     HeardPhrase phrase{.words = wordsOf(words), .command = {}, .score = scoreOf(0), .runnersUp = {}};
@@ -60,7 +66,7 @@ Recogniser::Recogniser(const std::vector<std::string>& grammars, std::vector<Com
 
 Readings Recogniser::read(std::span<const std::int16_t> samples) {
     Readings readings;
-    if (samples.empty()) return readings;
+    if (isSilence(samples)) return readings;
     const Samples prepared = prepare(samples);
     // The two decoders share nothing, and an answer is waited for.
     auto words = std::async(std::launch::async, [&] { return decoder_->asWords(prepared); });

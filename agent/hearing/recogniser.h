@@ -30,7 +30,8 @@ public:
                                             const std::vector<std::string>& grammars,
                                             const SoundOut& soundOut);
 
-    /// The samples are one phrase, at 16000 a second, with a little of the room before and after it. Nothing if there is not a word in them.
+    /// The samples are one phrase, at 16000 a second, with a little of the room before and after it. Nothing
+    /// if there is not a word in them.
     std::optional<HeardPhrase> recognise(std::span<const std::int16_t> samples);
 
     /// The phrase as a command, as any words and as any sounds; for those who study it. The command's reading

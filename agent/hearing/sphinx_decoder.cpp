@@ -17,7 +17,7 @@ constexpr std::string_view commandPrefix = "#";
 // What each sound costs, as natural logarithms: where any may come, and where a `[...]` takes them up, which
 // must not swallow the words of other commands.
 constexpr double logSound = -4;
-constexpr double logFillingSound = -8;
+constexpr double logFillingSound = -10;
 
 struct Free {
     void operator()(ps_decoder_t* decoder) const { ps_free(decoder); }
@@ -52,12 +52,13 @@ class Engine {
 public:
     bool load(const HearingModel& model, const Width& width) {
         // Scores of all senones are needed: with only the active ones, two readings would be measured against
-        // different bests.
+        // different bests. Removing noise is off: it remembers earlier phrases, and what it leaves of a
+        // phrase is recognised less often.
         const std::unique_ptr<cmd_ln_t, Free> config(
             cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", model.acoustic.c_str(), "-fwdflat", "no",
                         "-bestpath", "no", "-beam", width.beam, "-pbeam", width.beam, "-wbeam",
                         width.wordBeam, "-maxhmmpf", width.mostStates, "-maxwpf", width.mostWords,
-                        "-compallsen", "yes", "-remove_silence", "no", nullptr));
+                        "-compallsen", "yes", "-remove_silence", "no", "-remove_noise", "no", nullptr));
         if (config) decoder_.reset(ps_init(config.get()));
         return decoder_ != nullptr;
     }
@@ -78,10 +79,7 @@ public:
 
     Reading read(const char* search, std::span<const std::int16_t> samples) {
         Reading reading;
-        // A new stream forgets the noise behind earlier phrases, so that a phrase is always heard the same
-        // way.
-        if (ps_set_search(get(), search) < 0 || ps_start_stream(get()) < 0 || ps_start_utt(get()) < 0)
-            return reading;
+        if (ps_set_search(get(), search) < 0 || ps_start_utt(get()) < 0) return reading;
         ps_process_raw(get(), samples.data(), samples.size(), FALSE, TRUE);
         if (ps_end_utt(get()) < 0) return reading;
         int score = 0;

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "agent/hearing/phrase_finder.h"
 #include "agent/hearing/sound_out.h"
 #include "tests/hearing/spoken.h"
 
@@ -30,7 +31,7 @@ TEST(Recogniser, TellsCommandsAndWhatElseWasMeantPerhaps) {
         std::size_t command;
     } cases[] = {{"check mail", 2}, {"open messenger", 4}, {"frobnitz", 5}};
     for (const auto& c : cases) {
-        const auto heard = ears->recognise(spoken(c.words));
+        const auto heard = ears->recognise(findPhrases(spoken(c.words)).at(0));
         ASSERT_TRUE(heard) << c.words;
         EXPECT_EQ(heard->command, c.command) << c.words;
         EXPECT_GT(heard->score, -60) << c.words;
@@ -44,7 +45,7 @@ TEST(Recogniser, APhraseThatIsNoCommandScoresAtTheFloorOrBelow) {
     const auto ears = recogniser();
     ASSERT_NE(ears, nullptr);
     for (const char* words : {"the weather is fine today", "change the light bulb"}) {
-        const auto heard = ears->recognise(spoken(words));
+        const auto heard = ears->recognise(findPhrases(spoken(words)).at(0));
         ASSERT_TRUE(heard) << words;
         EXPECT_LE(heard->score, -60) << words << ": " << heard->words;
     }

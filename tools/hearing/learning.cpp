@@ -30,7 +30,7 @@ Scale scaleOf(const std::vector<Example>& examples) {
 Weights learn(const std::vector<Example>& examples) {
     constexpr int rounds = 4000;
     constexpr double pace = 0.5;
-    constexpr double regularisation = 0.002;
+    constexpr double regularisation = 0.01;
     const Scale scale = scaleOf(examples);
     const auto right = static_cast<double>(std::ranges::count(examples, true, &Example::right));
     const double wrong = static_cast<double>(examples.size()) - right;
