@@ -26,7 +26,7 @@ double loudnessOf(std::span<const std::int16_t> samples) {
 
 }  // namespace
 
-PhraseFinder::PhraseFinder(std::optional<double> room) : room_(room) {}
+PhraseFinder::PhraseFinder(std::optional<double> room) : roomKnown_(room.has_value()), room_(room) {}
 
 void PhraseFinder::followRoom(double loudness) {
     recent_.push_back(loudness);
@@ -36,7 +36,7 @@ void PhraseFinder::followRoom(double loudness) {
 
 bool PhraseFinder::takeFrame(std::span<const std::int16_t> frame) {
     const double loudness = loudnessOf(frame);
-    followRoom(loudness);
+    if (!roomKnown_) followRoom(loudness);
     const bool loud = loudness > std::max(*room_ * clearlyLouder, quietest);
     phrase_.insert(phrase_.end(), frame.begin(), frame.end());
     loud_ = loud ? loud_ + 1 : 0;
@@ -84,15 +84,17 @@ std::optional<Samples> PhraseFinder::finish() {
 }
 
 std::vector<Samples> findPhrases(const Samples& recording) {
-    // Here the quietest tenth tells the room, also where the recording begins with the first word.
+    // Here the quietest tenth tells the room, also where the recording begins with the first word; unless it
+    // is hardly quieter than the loudest one, as in a recording of speech alone.
+    constexpr double muchLouder = 3 * clearlyLouder;
     std::vector<double> loudness;
     for (std::size_t at = 0; at + frameSize <= recording.size(); at += frameSize)
         loudness.push_back(loudnessOf(std::span(recording).subspan(at, frameSize)));
     std::vector<Samples> phrases;
     if (loudness.empty()) return phrases;
-    const auto tenth = loudness.begin() + static_cast<std::ptrdiff_t>(loudness.size() / 10);
-    std::ranges::nth_element(loudness, tenth);
-    PhraseFinder finder(*tenth);
+    std::ranges::sort(loudness);
+    const std::size_t tenth = loudness.size() / 10;
+    PhraseFinder finder(std::min(loudness[tenth], loudness[loudness.size() - 1 - tenth] / muchLouder));
     for (std::size_t at = 0; at < recording.size(); at += frameSize) {
         const auto piece = std::span(recording).subspan(at, std::min(frameSize, recording.size() - at));
         if (auto phrase = finder.feed(piece)) phrases.push_back(std::move(*phrase));

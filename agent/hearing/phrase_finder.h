@@ -15,7 +15,7 @@ namespace agent {
 /// of which they keep a third. Keeps at most eleven seconds.
 class PhraseFinder {
 public:
-    /// Loudness of the room, if it is known: the mean square of its samples.
+    /// Loudness of the room, the mean square of its samples; if it is not known, the finder follows it.
     explicit PhraseFinder(std::optional<double> room = {});
 
     /// Takes more of the stream. Returns the phrase that has just ended, if one has.
@@ -36,6 +36,7 @@ private:
     void followRoom(double loudness);
     std::optional<Samples> take();
 
+    bool roomKnown_;
     std::optional<double> room_;
     std::deque<double> recent_;  ///< loudness of the last seconds
     Samples rest_;               ///< of a frame that is not full yet
