@@ -124,6 +124,7 @@ private:
     bool learn(const std::vector<EarCommand>& commands) {
         if (recogniser_ && commands == learned_) return true;
         std::vector<std::string> grammars;
+        grammars.reserve(commands.size());
         for (const EarCommand& command : commands) grammars.push_back(command.grammar);
         recogniser_ = Recogniser::load(needs_.model, grammars, soundOutByVoice());
         learned_ = commands;

@@ -50,6 +50,7 @@ std::unique_ptr<Recogniser> Recogniser::load(const HearingModel& model,
     const auto dictionary = Dictionary::read(model.dictionary);
     if (!dictionary) return nullptr;
     std::vector<CommandGraph> graphs;
+    graphs.reserve(grammars.size());
     for (const std::string& grammar : grammars)
         graphs.push_back(makeCommandGraph(grammar, *dictionary, soundOut));
     if (std::ranges::all_of(graphs, &CommandGraph::empty)) return nullptr;
