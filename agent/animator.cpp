@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
+
+#include "agent/bytes.h"
 
 namespace agent {
 namespace {
 
 // Long enough that no limb jumps, short enough not to delay the clip.
 constexpr Milliseconds entry{160};
-
-// A clip that repeats stands still at last: nobody watches it for minutes, and the processor rests.
-constexpr int mostRounds = 4;
 
 double eased(Ease ease, double part) {
     switch (ease) {
@@ -63,55 +63,99 @@ Animator::Animator(const Rig& rig) : rig_(rig), pose_(rig.rest) {
     rest_.keys = {{.at = entry, .ease = Ease::inOut, .pose = rig.rest}};
 }
 
-void Animator::start(const Clip& clip, Milliseconds now) {
+void Animator::begin(const Clip& clip, Milliseconds now) {
     from_ = pose_;
     clip_ = &clip;
     held_ = nullptr;
     since_ = begun_ = now;
-    rounds_ = 0;
-    leaving_ = false;
+    freed_ = leaving_ = returning_ = false;
+}
+
+void Animator::start(const Clip& clip, Milliseconds now) {
+    next_ = nullptr;
+    begin(clip, now);
+    advance(now);
+}
+
+void Animator::follow(const Clip& clip, Milliseconds now) {
+    next_ = &clip;
+    leaveLoop(now);
     advance(now);
 }
 
 void Animator::place(const Pose& pose) {
-    clip_ = held_ = nullptr;
+    clip_ = held_ = next_ = nullptr;
     pose_ = pose;
 }
 
+void Animator::leaveLoop(Milliseconds now) {
+    if (clip_ == nullptr || !clip_->loop || leaving_) return;
+    leaving_ = true;
+    wrapLoop(now);
+}
+
 void Animator::settle(Milliseconds now) {
+    next_ = nullptr;
     if (atRest() || clip_ == &rest_) return;
     const Clip* back = held_ != nullptr ? rig_.clip(held_->next) : nullptr;
-    start(back != nullptr ? *back : rest_, now);
+    if (back != nullptr && !returning_) {
+        beginReturn(*back, now);
+    } else {
+        begin(rest_, now);
+    }
+    advance(now);
 }
 
 void Animator::wrapLoop(Milliseconds now) {
     if (!clip_->loop) return;
     const auto [start, end] = *clip_->loop;
-    while (!leaving_ && now - since_ >= end) {
-        leaving_ = ++rounds_ >= mostRounds;
-        if (!leaving_) since_ += end - start;
+    const auto time = now - since_;
+    if (time < start) return;
+    if (time >= end) {
+        if (!leaving_) since_ += (time - end) / (end - start) * (end - start) + (end - start);
+    } else if (leaving_) {
+        // The round is broken off: whoever waits for the exit does not wait for the round.
+        from_ = pose_;
+        begun_ = now;
+        since_ = now - end;
     }
+}
+
+bool Animator::hasEnded(Milliseconds now) const {
+    return now - since_ >= clip_->length() && now - begun_ >= entry;
+}
+
+// The clip that takes a held pose back. It ends what it takes back, whatever it says of itself.
+void Animator::beginReturn(const Clip& back, Milliseconds now) {
+    begin(back, now);
+    returning_ = leaving_ = true;
+}
+
+void Animator::beginNext(Milliseconds now) {
+    if (next_ == nullptr) return;
+    const Clip* back = held_ != nullptr && !returning_ ? rig_.clip(held_->next) : nullptr;
+    const bool goesOn = back == nullptr || back == next_ || sameName(held_->next, next_->next);
+    if (!goesOn) return beginReturn(*back, now);
+    begin(*std::exchange(next_, nullptr), now);
 }
 
 void Animator::advance(Milliseconds now) {
-    now_ = now;
+    if (clip_ == nullptr) beginNext(now);
     if (clip_ == nullptr) return;
+    freed_ = freed_ || (clip_->free && now - since_ >= *clip_->free);
     wrapLoop(now);
-    const auto time = now - since_;
-    pose_ = poseAt(*clip_, time);
+    pose_ = poseAt(*clip_, now - since_);
     if (const auto age = now - begun_; age < entry) {
         pose_ = blend(from_, pose_, eased(Ease::inOut, static_cast<double>(age.count()) / entry.count()));
     }
-    if (time < clip_->length() || now - begun_ < entry) return;
-    held_ = clip_;
-    clip_ = nullptr;
+    if (!hasEnded(now)) return;
+    held_ = std::exchange(clip_, nullptr);
+    beginNext(now);
 }
 
 bool Animator::free() const {
-    if (clip_ == nullptr || clip_ == &rest_) return true;
-    if (!clip_->free) return false;
-    // Rounds move the start on; a clip that was once free stays so.
-    return rounds_ > 0 || now_ - since_ >= *clip_->free;
+    if (next_ != nullptr) return false;
+    return clip_ == nullptr || clip_ == &rest_ || freed_;
 }
 
 }  // namespace agent

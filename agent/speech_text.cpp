@@ -1,116 +1,24 @@
 #include "agent/speech_text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cstdint>
-#include <optional>
-#include <span>
+#include <utility>
 
-#include "agent/bytes.h"
+#include "agent/speech_tags.h"
 
 namespace agent {
 namespace {
 
-enum class Value { none, number, character, context, map };
+constexpr std::chrono::milliseconds longestPause{60'000};
 
-struct TagKind {
-    std::string_view name;
-    Value value;
-    std::uint32_t least = 0;
-    std::uint32_t most = UINT32_MAX;
-};
-
-constexpr std::array<TagKind, 11> tagKinds = {{{"Chr", Value::character},
-                                               {"Ctx", Value::context},
-                                               {"Emp", Value::none},
-                                               {"Lst", Value::none},
-                                               {"Map", Value::map},
-                                               {"Mrk", Value::number, 1},
-                                               {"Pau", Value::number},
-                                               {"Pit", Value::number},
-                                               {"Spd", Value::number},
-                                               {"Vol", Value::number, 0, 65535},
-                                               {"Rst", Value::none}}};
-
-constexpr std::array<std::string_view, 3> characters = {"Normal", "Monotone", "Whisper"};
-constexpr std::array<std::string_view, 3> contexts = {"Address", "E-mail", "Unknown"};
-
-struct Tag {
-    std::size_t length = 0;  // in the source, both backslashes included
-    std::string_view spoken;
-    std::string_view shown;
-};
-
-// `"..."` at the start of `text`, which is moved behind it.
-std::optional<std::string_view> takeQuoted(std::string_view& text) {
-    if (!text.starts_with('"')) return std::nullopt;
-    const auto end = text.find('"', 1);
-    if (end == std::string_view::npos) return std::nullopt;
-    const auto inside = text.substr(1, end - 1);
-    text.remove_prefix(end + 1);
-    return inside;
-}
-
-bool takeNumber(std::string_view& text, const TagKind& kind) {
-    std::uint32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || number < kind.least || number > kind.most) return false;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return true;
-}
-
-bool takeWordOf(std::string_view& text, std::span<const std::string_view> words) {
-    const auto word = takeQuoted(text);
-    return word && std::ranges::any_of(words, [&](auto known) { return sameName(known, *word); });
-}
-
-bool takeMap(std::string_view& text, Tag& tag) {
-    const auto spoken = takeQuoted(text);
-    if (!spoken || !text.starts_with('=')) return false;
-    text.remove_prefix(1);
-    const auto shown = takeQuoted(text);
-    if (!shown) return false;
-    tag.spoken = *spoken;
-    tag.shown = *shown;
-    return true;
-}
-
-bool takeValue(std::string_view& text, const TagKind& kind, Tag& tag) {
-    if (kind.value == Value::none) return true;
-    if (!text.starts_with('=')) return false;
-    text.remove_prefix(1);
-    switch (kind.value) {
-        case Value::number:
-            return takeNumber(text, kind);
-        case Value::character:
-            return takeWordOf(text, characters);
-        case Value::context:
-            return takeWordOf(text, contexts);
-        case Value::map:
-            return takeMap(text, tag);
-        case Value::none:
-            break;
-    }
-    return false;
-}
-
-// The tag that begins with the backslash at the start of `source`.
-std::optional<Tag> readTag(std::string_view source) {
-    constexpr std::size_t nameLength = 3;
-    if (source.size() < nameLength + 2) return std::nullopt;
-    const auto name = source.substr(1, nameLength);
-    const auto kind = std::ranges::find_if(tagKinds, [&](auto& k) { return sameName(k.name, name); });
-    if (kind == tagKinds.end()) return std::nullopt;
-    Tag tag;
-    auto rest = source.substr(1 + nameLength);
-    if (!takeValue(rest, *kind, tag) || !rest.starts_with('\\')) return std::nullopt;
-    tag.length = source.size() - rest.size() + 1;
-    return tag;
-}
+// A Map may speak any amount of text in place of one word; a voice is given it in portions.
+constexpr std::size_t longestPortion = 400;
 
 bool separatesWords(char c) {
     return static_cast<unsigned char>(c) <= ' ';
+}
+
+std::uint16_t within(std::uint32_t number, std::uint32_t least, std::uint32_t most) {
+    return static_cast<std::uint16_t>(std::clamp(number, least, most));
 }
 
 // Whether the byte can't begin a character in UTF-8.
@@ -120,16 +28,12 @@ bool continuesSequence(char c) {
 
 class LineBuilder {
 public:
+    explicit LineBuilder(const Delivery& delivery) : delivery_(delivery) {}
+
     void add(std::string_view spoken, std::string_view shown) {
-        spoken_ += spoken;
+        next_.spoken += spoken;
         line_.shown += shown;
         inWord_ = inWord_ || !spoken.empty() || !shown.empty();
-    }
-
-    void endWord() {
-        if (inWord_) line_.words.push_back({std::move(spoken_), line_.shown.size()});
-        spoken_.clear();
-        inWord_ = false;
     }
 
     void addSeparator(char c) {
@@ -137,14 +41,100 @@ public:
         line_.shown += c;
     }
 
+    void apply(const SpeechTag& tag) {
+        constexpr std::uint32_t lowest = 40;
+        constexpr std::uint32_t highest = 400;
+        constexpr std::uint32_t slowest = 80;
+        constexpr std::uint32_t fastest = 450;
+        if (tag.name == TagName::Map) return add(tag.spoken, tag.shown);
+        if (tag.name == TagName::Lst) return;
+        endWord();
+        switch (tag.name) {
+            case TagName::Chr:
+                delivery_.character = static_cast<Delivery::Character>(tag.choice);
+                break;
+            case TagName::Ctx:
+                delivery_.context = static_cast<Delivery::Context>(tag.choice);
+                break;
+            case TagName::Emp:
+                next_.stressed = true;
+                break;
+            case TagName::Mrk:
+                if (next_.bookmark != 0) pushMark();
+                next_.bookmark = tag.number;
+                break;
+            case TagName::Pau:
+                if (next_.bookmark != 0) pushMark();
+                next_.pause = std::min(longestPause, next_.pause + std::chrono::milliseconds(within(
+                                                                       tag.number, 0, longestPause.count())));
+                break;
+            case TagName::Pit:
+                delivery_.pitch = within(tag.number, lowest, highest);
+                break;
+            case TagName::Spd:
+                delivery_.rate = within(tag.number, slowest, fastest);
+                break;
+            case TagName::Vol:
+                delivery_.volume = within(tag.number, 0, Delivery::fullVolume);
+                break;
+            case TagName::Rst:
+                delivery_ = {};
+                next_.stressed = false;
+                break;
+            case TagName::Map:
+            case TagName::Lst:
+                break;
+        }
+    }
+
+    const Delivery& delivery() const { return delivery_; }
+
+    // Whether something waits for the word that it belongs to.
+    bool expectsWord() const {
+        return !inWord_ && (next_.stressed || next_.bookmark != 0 || next_.pause.count() != 0);
+    }
+
     SpokenLine take() {
         endWord();
+        if (next_.bookmark != 0 || next_.pause.count() != 0) push();
         return std::move(line_);
     }
 
 private:
+    void endWord() {
+        if (!inWord_) return;
+        const std::string spoken = std::exchange(next_.spoken, {});
+        const bool stressed = next_.stressed;
+        std::string_view rest = spoken;
+        while (rest.size() > longestPortion) {
+            const auto blank = rest.rfind(' ', longestPortion);
+            if (blank == std::string_view::npos) break;
+            next_.spoken = rest.substr(0, blank);
+            push();
+            next_.stressed = stressed;
+            rest.remove_prefix(blank + 1);
+        }
+        next_.spoken = rest;
+        push();
+    }
+
+    // A mark that no word stands with; the stress waits for one.
+    void pushMark() {
+        const bool stressed = std::exchange(next_.stressed, false);
+        push();
+        next_.stressed = stressed;
+    }
+
+    void push() {
+        next_.shownEnd = line_.shown.size();
+        next_.delivery = delivery_;
+        line_.words.push_back(std::exchange(next_, {}));
+        inWord_ = false;
+    }
+
     SpokenLine line_;
-    std::string spoken_;
+    SpokenWord next_;
+    Delivery delivery_;
     bool inWord_ = false;
 };
 
@@ -158,15 +148,16 @@ std::string chooseAlternative(std::string_view text, const std::function<std::si
 }
 
 SpokenLine parseSpeech(std::string_view oneAlternative) {
-    return takeSpeech(oneAlternative, oneAlternative.size());
+    Delivery delivery;
+    return takeSpeech(oneAlternative, oneAlternative.size(), delivery);
 }
 
-SpokenLine takeSpeech(std::string_view& rest, std::size_t most) {
-    LineBuilder line;
+SpokenLine takeSpeech(std::string_view& rest, std::size_t most, Delivery& delivery) {
+    LineBuilder line(delivery);
     const std::size_t before = rest.size();
     while (!rest.empty()) {
         const std::size_t taken = before - rest.size();
-        if (taken >= most && separatesWords(rest.front())) break;
+        if (taken >= most && separatesWords(rest.front()) && !line.expectsWord()) break;
         if (taken / 2 >= most && !continuesSequence(rest.front())) break;
         std::size_t used = 1;
         if (separatesWords(rest.front())) {
@@ -174,19 +165,25 @@ SpokenLine takeSpeech(std::string_view& rest, std::size_t most) {
         } else if (rest.starts_with("\\\\")) {
             line.add("\\", "\\");
             used = 2;
-        } else if (const auto tag = rest.front() == '\\' ? readTag(rest) : std::nullopt) {
-            line.add(tag->spoken, tag->shown);
+        } else if (const auto tag = readTag(rest)) {
+            line.apply(*tag);
             used = tag->length;
         } else {
             line.add(rest.substr(0, 1), rest.substr(0, 1));
         }
         rest.remove_prefix(used);
     }
+    delivery = line.delivery();
     return line.take();
 }
 
 std::string shownText(std::string_view oneAlternative) {
     return parseSpeech(oneAlternative).shown;
+}
+
+bool asksForLastLine(std::string_view oneAlternative) {
+    const auto tag = readTag(oneAlternative);
+    return tag && tag->name == TagName::Lst && tag->length == oneAlternative.size();
 }
 
 }  // namespace agent

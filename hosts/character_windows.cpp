@@ -4,6 +4,7 @@
 #include <set>
 #include <variant>
 
+#include "agent/qt/figure_view.h"
 #include "agent/qt/part_art.h"
 #include "hosts/shown_character.h"
 #include "platform/files.h"
@@ -13,6 +14,13 @@ namespace {
 
 const std::vector<std::string> voices{"en-us",      "en-gb",     "en-gb-scotland",
                                       "en-gb-x-rp", "en-us-nyc", "en-029"};
+
+// Those that are always there, and those of the clearer engine that are installed.
+std::vector<std::string> voicesOnOffer() {
+    std::vector<std::string> offered = voices;
+    for (std::string& voice : agent::installedVoices()) offered.push_back(std::move(voice));
+    return offered;
+}
 
 void raise(QDialog& window) {
     window.show();
@@ -27,27 +35,51 @@ qt::CharacterSettings CharacterWindows::settings() {
             path(machine_.folders.application, MachineSettings::fileName)};
 }
 
+void CharacterWindows::setFigure(agent::QtCharacter& figure, Sound sound) {
+    figure_ = &figure;
+    sound_ = sound;
+}
+
+void CharacterWindows::listenAsked(bool on) {
+    if (figure_) figure_->listening(on);
+}
+
+void CharacterWindows::heard(const std::string&, const std::string&, int) {
+    if (figure_) figure_->speechHeard();
+}
+
 void CharacterWindows::propertiesAsked() {
-    if (!options_) {
-        options_ = std::make_unique<qt::SpeechOptions>(
-            settings(), voices, [this](const qt::SpeechChoice& choice) { tryVoice(choice); });
+    if (!options_ || !options_->isVisible()) {
+        options_ = std::make_unique<qt::CharacterOptions>(settings(), voicesOnOffer(), trial(), [this] {
+            if (figure_) applySettings(*figure_, machine_.machineSettings, sound_);
+        });
     }
     raise(*options_);
 }
 
-agent::PackageResult CharacterWindows::readPackage(const std::string& package) const {
-    return agent::readPackage(machine_.charactersFolder(package), package);
+// A figure of the window's own: the one on the desktop has its requests to perform.
+qt::SpeechTrial CharacterWindows::trial() {
+    auto read = readPackage(machine_.characterPackage());
+    auto* package = std::get_if<agent::Package>(&read);
+    const auto random = std::make_shared<SeededRandom>(machine_.seed);
+    auto made = package == nullptr
+                    ? nullptr
+                    : agent::FigureView::make(std::move(*package), [random](std::size_t count) {
+                          return static_cast<std::size_t>(random->Rnd() * static_cast<double>(count));
+                      });
+    agent::FigureView* view = made.release();  // the window's from here on
+    return {view, [this, view](const qt::SpeechChoice& choice) {
+                if (view == nullptr) return;
+                const auto wanted = voiceSettings(choice, machine_.machineSettings.value("Speech", "Device"));
+                using enum agent::Action;
+                view->perform(
+                    agent::makeVoice(wanted, view->voice(), view->post()),
+                    {{show, {}}, {play, "Explain"}, {speak, "This is how I sound."}, {play, "RestPose"}});
+            }};
 }
 
-void CharacterWindows::tryVoice(const qt::SpeechChoice& choice) {
-    const auto read = readPackage(machine_.characterPackage());
-    const auto* package = std::get_if<agent::Package>(&read);
-    const agent::VoiceSettings wanted =
-        voiceSettings(choice, machine_.machineSettings.value("Speech", "Device"));
-    voice_ = agent::makeVoice(
-        wanted, package ? package->rig.voice : agent::CharacterVoice{},
-        [this](std::function<void()> call) { machine_.loopHost.postFromThread(std::move(call)); });
-    voice_->speak(agent::parseSpeech("This is how I sound."), {});
+agent::PackageResult CharacterWindows::readPackage(const std::string& package) const {
+    return agent::readPackage(machine_.charactersFolder(package), package);
 }
 
 void CharacterWindows::choiceAsked() {

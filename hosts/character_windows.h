@@ -1,35 +1,44 @@
 #pragma once
 
+#include <QPointer>
 #include <memory>
 
 #include "agent/qt/package_reader.h"
-#include "agent/voice/voice.h"
+#include "agent/qt/qt_character.h"
 #include "hosts/machine.h"
+#include "hosts/shown_character.h"
 #include "platform/engine/agent_observer.h"
+#include "platform/qt/character_chooser.h"
 #include "platform/qt/character_options.h"
 
 namespace velmora {
 
-/// The two windows of the character server: how it speaks, and which character it is. Each is made when it is
-/// first asked for.
+/// The two windows of the character server: how the character looks and speaks, and which one it is. Each is
+/// made when it is asked for. Tells the figure on the desktop what it is to know of both, and of listening.
 class CharacterWindows : public AgentObserver {
 public:
     /// The machine outlives this.
     explicit CharacterWindows(Machine& machine) : machine_(machine) {}
 
+    /// The figure on the desktop, which may go at any time.
+    void setFigure(agent::QtCharacter& figure, Sound sound);
+
+    void listenAsked(bool on) override;
+    void heard(const std::string& words, const std::string& command, int confidence) override;
     void propertiesAsked() override;
     void choiceAsked() override;
 
 private:
     qt::CharacterSettings settings();
-    void tryVoice(const qt::SpeechChoice& choice);
+    qt::SpeechTrial trial();
     agent::PackageResult readPackage(const std::string& package) const;
     QPixmap preview(const std::string& package) const;
 
     Machine& machine_;
-    std::unique_ptr<qt::SpeechOptions> options_;
+    QPointer<agent::QtCharacter> figure_;
+    Sound sound_ = Sound::none;
+    std::unique_ptr<qt::CharacterOptions> options_;
     std::unique_ptr<qt::CharacterChooser> chooser_;
-    std::unique_ptr<agent::Voice> voice_;
 };
 
 }  // namespace velmora

@@ -41,6 +41,7 @@ int runOnDesktop(const Options& options, Folders folders) {
              auto character = loadShownCharacter(machine, server, Sound::asConfigured);
              if (!character) return {};
              const std::string name = character->name();
+             characterWindows.setFigure(*character, Sound::asConfigured);
              return {name, std::move(character)};
          }});
     agent.add(characterWindows);

@@ -7,6 +7,9 @@
 #include "agent/voice/voice.h"
 #include "base/conversions.h"
 #include "base/failure.h"
+#include "base/text.h"
+#include "hosts/figure_place.h"
+#include "platform/posix/application_folder.h"
 
 namespace velmora {
 namespace {
@@ -18,6 +21,30 @@ std::optional<int> number(const std::string& text) {
     } catch (const Failure&) {
         return {};
     }
+}
+
+bool isOn(const MachineSettings& settings, std::string_view key) {
+    return !equalsIgnoringCase(settings.value("Character", key), "False");
+}
+
+agent::Habits figureHabits(const MachineSettings& settings) {
+    return {.balloon = isOn(settings, "Balloon"),
+            .autoHide = isOn(settings, "AutoHide"),
+            .idle = isOn(settings, "Idle")};
+}
+
+// Pixels to a unit of the rig.
+double figureScale(const MachineSettings& settings) {
+    return number(settings.value("Character", "Size")).value_or(100) / 100.0;
+}
+
+agent::QtCharacter::VoiceMaker voiceMaker(const MachineSettings& settings, Sound sound) {
+    const auto speech = [&settings](std::string_view key) { return settings.value("Speech", key); };
+    const qt::SpeechChoice choice{speech("Voice"), speech("Rate"), speech("Pitch")};
+    return [wanted = voiceSettings(choice, sound == Sound::none ? "none" : speech("Device"))](
+               const agent::CharacterVoice& character, agent::Post post) {
+        return agent::makeVoice(wanted, character, std::move(post));
+    };
 }
 
 }  // namespace
@@ -32,15 +59,11 @@ agent::VoiceSettings voiceSettings(const qt::SpeechChoice& choice, const std::st
 }
 
 std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineAgent& server, Sound sound) {
-    agent::QtCharacter::Options options;
-    const auto speech = [&machine](std::string_view key) {
-        return machine.machineSettings.value("Speech", key);
-    };
-    const qt::SpeechChoice choice{speech("Voice"), speech("Rate"), speech("Pitch")};
-    options.voice = [settings = voiceSettings(choice, sound == Sound::none ? "none" : speech("Device"))](
-                        const agent::CharacterVoice& character, agent::Post post) {
-        return agent::makeVoice(settings, character, std::move(post));
-    };
+    FigurePlace place(machine.settings, stateFolder());
+    agent::QtCharacter::Options options{.scale = figureScale(machine.machineSettings),
+                                        .habits = figureHabits(machine.machineSettings),
+                                        .position = place.kept(),
+                                        .voice = voiceMaker(machine.machineSettings, sound)};
     options.pick = [random = std::make_shared<SeededRandom>(machine.seed)](std::size_t count) {
         return static_cast<std::size_t>(random->Rnd() * static_cast<double>(count));
     };
@@ -57,7 +80,14 @@ std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineA
     character->onDoubleClick = [&server](int button, int shift, int x, int y) {
         server.doubleClicked({button, shift, x, y});
     };
+    character->onPlaced = [place](QPoint corner) mutable { place.keep(corner); };
     return character;
+}
+
+void applySettings(agent::QtCharacter& figure, const MachineSettings& settings, Sound sound) {
+    figure.setScale(figureScale(settings));
+    figure.setHabits(figureHabits(settings));
+    figure.setVoice(voiceMaker(settings, sound));
 }
 
 }  // namespace velmora

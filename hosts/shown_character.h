@@ -17,8 +17,11 @@ agent::VoiceSettings voiceSettings(const qt::SpeechChoice& choice, const std::st
 /// Whether the figure's voice is to be heard; a silent one keeps the pace.
 enum class Sound { asConfigured, none };
 
-/// The default character on the desktop, its mouse events going to the server; nothing, after a sentence on
-/// standard error, if it can't be loaded.
+/// Lets the figure behave, look and sound as is set now.
+void applySettings(agent::QtCharacter& figure, const MachineSettings& settings, Sound sound);
+
+/// The default character on the desktop where it stood last, its mouse events going to the server; nothing,
+/// after a sentence on standard error, if it can't be loaded.
 std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineAgent& server, Sound sound);
 
 }  // namespace velmora

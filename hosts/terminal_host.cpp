@@ -56,6 +56,7 @@ public:
         auto figure = loadShownCharacter(machine_, server, Sound::none);
         if (!figure) return {};
         const std::string name = figure->name();
+        characterWindows_.setFigure(*figure, Sound::none);
         auto stage = std::make_unique<MirroredStage>(
             std::move(figure), [this](std::function<void()> call) { machine_.loop.post(std::move(call)); });
         stage_ = stage.get();

@@ -163,10 +163,18 @@ std::string DTPicker::mainValue() const {
 }
 
 bool DTPicker::typed(std::string_view text) {
+    // Only a time holds a colon, and a text with both is nothing that fits into either kind of field.
+    const bool holdsTime = text.find(':') != std::string_view::npos;
     DateTime value = Value.peek();
     try {
         const DateTime given = toDateTime(text);
-        (Shows == PickerKind::time ? void(value.time = given.time) : void(value.date = given.date));
+        if (Shows == PickerKind::date) {
+            if (holdsTime) return false;
+            value.date = given.date;
+        } else {
+            if (!holdsTime || given.date != DateTime::dayZero) return false;
+            value.time = given.time;
+        }
     } catch (const Failure&) {
         return false;
     }

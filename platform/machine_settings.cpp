@@ -16,6 +16,10 @@ struct Entry {
 
 constexpr std::array entries{
     Entry{"Character", "Default", "Merlin", "Name of the character package."},
+    Entry{"Character", "Size", "100", "Its size on the desktop, in percent: 25 to 400."},
+    Entry{"Character", "Balloon", "True", "Whether what it says is shown in a balloon."},
+    Entry{"Character", "AutoHide", "True", "Whether the balloon closes by itself."},
+    Entry{"Character", "Idle", "True", "Whether it moves of its own accord."},
     Entry{"Directory", "Endpoint", "http://127.0.0.1:8080",
           "Scheme, host and port of the messenger's directory service."},
     Entry{"Community", "Site", "",

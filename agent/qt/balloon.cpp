@@ -1,29 +1,45 @@
 #include "agent/qt/balloon.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 #include <QScreen>
 #include <algorithm>
-#include <chrono>
 
+#include "agent/qt/nearest_screen.h"
 #include "agent/qt/window_shape.h"
 
 namespace agent {
 namespace {
 
-constexpr QRgb paper = 0xfffff8dc;
-constexpr QRgb ink = 0xff201a12;
-constexpr QRgb border = 0xff6b5a3a;
+struct Colours {
+    QColor paper;
+    QColor ink;
+    QColor border;
+    int borderWidth;
+};
+
+// A black desktop with white letters is one for people who need that contrast.
+Colours coloursFor(const QPalette& palette) {
+    constexpr int nearlyBlack = 8;
+    constexpr int nearlyWhite = 247;
+    const QColor window = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
+    if (window.lightness() <= nearlyBlack && text.lightness() >= nearlyWhite)
+        return {Qt::black, Qt::white, Qt::white, 2};
+    return {QColor::fromRgb(0xfff8dc), QColor::fromRgb(0x201a12), QColor::fromRgb(0x6b5a3a), 1};
+}
+
 constexpr int padding = 12;
 constexpr int rounding = 12;
 constexpr int speechTailLength = 16;
 constexpr int thoughtTailLength = 26;
 constexpr int lettersInLine = 34;
 constexpr double mostOfScreen = 0.6;
-constexpr std::chrono::milliseconds staysOpen{3500};
 
 }  // namespace
 
@@ -35,17 +51,16 @@ Balloon::Balloon()
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
-    closing_.setSingleShot(true);
-    connect(&closing_, &QTimer::timeout, this, &Balloon::closeNow);
+    // Owned by the toolkit from here on, and gone with the widget.
+    QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Notification));
 }
 
 void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure) {
-    closing_.stop();
     kind_ = kind;
+    composited_ = isComposited(*this);
     const QFont used = QApplication::font();
     const QFontMetrics metrics(used);
-    const QScreen* screen = QGuiApplication::screenAt(figure.center());
-    const QSize area = (screen != nullptr ? screen : QGuiApplication::primaryScreen())->availableSize();
+    const QSize area = nearestScreen(figure.center())->availableSize();
     const int width = std::min(metrics.averageCharWidth() * lettersInLine, area.width() * 2 / 5);
     const int height = static_cast<int>(area.height() * mostOfScreen) - 2 * padding;
     text_.set(text, used, {width, std::max(height, metrics.height())});
@@ -64,8 +79,7 @@ void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker
 }
 
 void Balloon::follow(QRect figure) {
-    const QScreen* screen = QGuiApplication::screenAt(figure.center());
-    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    const QScreen* screen = nearestScreen(figure.center());
     const int tail = kind_ == BalloonKind::speech ? speechTailLength : thoughtTailLength;
     const QSize body =
         (text_.size() + QSize(2 * padding, 2 * padding)).expandedTo({3 * rounding, 2 * rounding});
@@ -75,7 +89,7 @@ void Balloon::follow(QRect figure) {
     place_.body.translate(-whole.topLeft());
     place_.tip -= whole.topLeft();
     setGeometry(whole);
-    if (isComposited(*this)) {
+    if (composited_) {
         clearMask();
     } else {
         setMask(QRegion(outline().toFillPolygon().toPolygon()));
@@ -88,12 +102,7 @@ void Balloon::reveal(qsizetype end) {
     update();
 }
 
-void Balloon::closeSoon() {
-    closing_.start(staysOpen);
-}
-
 void Balloon::closeNow() {
-    closing_.stop();
     hide();
 }
 
@@ -149,11 +158,12 @@ QPainterPath Balloon::thoughtTail() const {
 void Balloon::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor::fromRgba(border), 1));
-    painter.setBrush(QColor::fromRgba(paper));
+    const Colours colours = coloursFor(QApplication::palette());
+    painter.setPen(QPen(colours.border, colours.borderWidth));
+    painter.setBrush(colours.paper);
     painter.drawPath(outline());
     painter.translate(place_.body.topLeft() + QPoint(padding, padding));
-    text_.draw(painter, QColor::fromRgba(ink));
+    text_.draw(painter, colours.ink);
 }
 
 void Balloon::mousePressEvent(QMouseEvent*) {

@@ -1,18 +1,17 @@
 #pragma once
 
 #include <QPainterPath>
-#include <QTimer>
 #include <QWidget>
 
+#include "agent/display.h"
 #include "agent/qt/balloon_place.h"
 #include "agent/qt/balloon_text.h"
 
 namespace agent {
 
-enum class BalloonKind { speech, thought };
-
 /// The balloon beside the figure: a window of its own that never takes the focus. It has its own colours,
-/// which are readable whatever the desktop's theme, and the application's font.
+/// which are readable whatever the desktop's theme, but for a theme of high contrast, and the application's
+/// font. To a screen reader it is a notification whose name is the line.
 class Balloon : public QWidget {
 public:
     Balloon();
@@ -24,10 +23,7 @@ public:
     /// Reveals the line up to a position of its text.
     void reveal(qsizetype end);
 
-    /// Closes the balloon after a while.
-    void closeSoon();
-
-    /// Closes it now. No failure if it is closed.
+    /// Closes it. No failure if it is closed.
     void closeNow();
 
     /// Stands beside the figure's new place.
@@ -45,7 +41,7 @@ private:
     BalloonKind kind_ = BalloonKind::speech;
     BalloonText text_;
     BalloonPlace place_;
-    QTimer closing_;
+    bool composited_ = true;
 };
 
 }  // namespace agent

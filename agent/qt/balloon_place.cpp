@@ -14,8 +14,8 @@ int within(int wanted, int length, int first, int last) {
 BalloonPlace placeBalloon(QRect figure, QSize size, int tail, QRect available) {
     const int x =
         within(figure.center().x() - size.width() / 2, size.width(), available.left(), available.right());
-    const int y = within(figure.top(), size.height(), available.top(), available.bottom());
-    const int face = figure.top() + figure.height() / 2;
+    const int face = figure.top() + figure.height() / 3;
+    const int y = within(face - size.height() / 2, size.height(), available.top(), available.bottom());
     const int above = figure.top() - tail - size.height();
     const int right = figure.right() + 1 + tail;
     const int left = figure.left() - tail - size.width();

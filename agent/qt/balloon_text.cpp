@@ -1,5 +1,6 @@
 #include "agent/qt/balloon_text.h"
 
+#include <QGlyphRun>
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
@@ -23,8 +24,8 @@ qsizetype partEnd(const QString& text, qsizetype start) {
 void BalloonText::set(const QString& text, const QFont& font, QSize most) {
     text_ = text;
     font_ = font;
-    most_ = most;
     revealed_ = 0;
+    width_ = most.width();
     layOut(0);
     double width = 0;
     double height = 0;
@@ -32,7 +33,10 @@ void BalloonText::set(const QString& text, const QFont& font, QSize most) {
         width = std::max(width, layout_->lineAt(i).naturalTextWidth());
         height = layout_->lineAt(i).y() + layout_->lineAt(i).height();
     }
-    size_ = QSize(static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))).boundedTo(most_);
+    size_ = QSize(static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))).boundedTo(most);
+    // What is written from right to left stands at the right edge: of the balloon, not of what it might need.
+    if (text_.size() <= longestPart) width_ = size_.width();
+    layOut(0);
 }
 
 void BalloonText::layOut(qsizetype start) {
@@ -41,11 +45,12 @@ void BalloonText::layOut(qsizetype start) {
     layout_ = std::make_unique<QTextLayout>(text_.mid(start, partEnd(text_, start) - start), font_);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(text_.left(longestPart).isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     layout_->setTextOption(option);
     layout_->beginLayout();
     double y = 0;
     for (QTextLine line = layout_->createLine(); line.isValid(); line = layout_->createLine()) {
-        line.setLineWidth(most_.width());
+        line.setLineWidth(width_);
         line.setPosition({0, y});
         y += line.height();
     }
@@ -68,13 +73,16 @@ void BalloonText::draw(QPainter& painter, const QColor& colour) const {
     painter.save();
     painter.setClipRect(QRect(QPoint(0, 0), size_));
     painter.setPen(colour);
-    QTextLayout::FormatRange hidden;
-    hidden.start = static_cast<int>(revealed_ - start_);
-    hidden.length = static_cast<int>(layout_->text().size()) - hidden.start;
-    hidden.format.setForeground(Qt::transparent);
-    QList<QTextLayout::FormatRange> ranges;
-    if (hidden.length > 0) ranges.push_back(hidden);
-    layout_->draw(&painter, {0, -scrolled_}, ranges, QRectF(0, 0, size_.width(), size_.height()));
+    for (int i = 0; i < layout_->lineCount(); ++i) {
+        const QTextLine line = layout_->lineAt(i);
+        if (line.y() + line.height() <= scrolled_) continue;
+        if (line.y() >= scrolled_ + size_.height()) break;
+        const auto end = std::min<qsizetype>(line.textStart() + line.textLength(), revealed_ - start_);
+        if (end <= line.textStart()) break;
+        // Glyph by glyph: a transparent colour would not hide pictures that have colours of their own.
+        for (const auto& run : line.glyphRuns(line.textStart(), static_cast<int>(end) - line.textStart()))
+            painter.drawGlyphRun({0, -scrolled_}, run);
+    }
     painter.restore();
 }
 

@@ -30,7 +30,7 @@ private:
 
     QString text_;
     QFont font_;
-    QSize most_;
+    int width_ = 0;  ///< at which lines are wrapped
     QSize size_;
     std::unique_ptr<QTextLayout> layout_;
     qsizetype start_ = 0;  ///< of the part laid out

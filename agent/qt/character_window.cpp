@@ -7,29 +7,14 @@
 #include <QScreen>
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
 
+#include "agent/qt/nearest_screen.h"
 #include "agent/qt/window_shape.h"
 
 namespace agent {
 namespace {
-
-// Between two screens of different size there are points on none.
-QScreen* nearestScreen(QPoint point) {
-    if (auto* screen = QGuiApplication::screenAt(point)) return screen;
-    QScreen* nearest = QGuiApplication::primaryScreen();
-    int least = -1;
-    for (auto* screen : QGuiApplication::screens()) {
-        const QRect area = screen->geometry();
-        const QPoint inside(std::clamp(point.x(), area.left(), area.right()),
-                            std::clamp(point.y(), area.top(), area.bottom()));
-        const int distance = (point - inside).manhattanLength();
-        if (least >= 0 && distance >= least) continue;
-        least = distance;
-        nearest = screen;
-    }
-    return nearest;
-}
 
 int buttonNumber(Qt::MouseButton button) {
     constexpr std::array<std::pair<Qt::MouseButton, int>, 3> numbers = {
@@ -41,6 +26,27 @@ int buttonNumber(Qt::MouseButton button) {
 int shiftState(Qt::KeyboardModifiers keys) {
     return (keys.testFlag(Qt::ShiftModifier) ? 1 : 0) + (keys.testFlag(Qt::ControlModifier) ? 2 : 0) +
            (keys.testFlag(Qt::AltModifier) ? 4 : 0);
+}
+
+// Where two frames differ, in device pixels.
+QRect difference(const QImage& before, const QImage& after) {
+    if (before.size() != after.size()) return after.rect();
+    const auto width = static_cast<std::size_t>(after.width());
+    int top = -1, bottom = -1;
+    std::size_t left = width, right = 0;
+    for (int y = 0; y < after.height(); ++y) {
+        const std::span old(reinterpret_cast<const QRgb*>(before.constScanLine(y)), width);
+        const std::span now(reinterpret_cast<const QRgb*>(after.constScanLine(y)), width);
+        const auto first = std::ranges::mismatch(old, now).in1 - old.begin();
+        if (first == old.end() - old.begin()) continue;
+        const auto last = std::mismatch(old.rbegin(), old.rend(), now.rbegin()).first;
+        if (top < 0) top = y;
+        bottom = y;
+        left = std::min(left, static_cast<std::size_t>(first));
+        right = std::max(right, static_cast<std::size_t>(old.rend() - last));
+    }
+    if (top < 0) return {};
+    return {QPoint(static_cast<int>(left), top), QPoint(static_cast<int>(right) - 1, bottom)};
 }
 
 }  // namespace
@@ -56,9 +62,13 @@ CharacterWindow::CharacterWindow(QSize size)
 }
 
 void CharacterWindow::setFrame(QImage frame, bool still) {
+    const QRect changed = difference(frame_, frame);
     frame_ = std::move(frame);
     if (isVisible() && (still || !composited_)) shape();
-    update();
+    const double scale = deviceScale();
+    update(QRectF(QPointF(changed.topLeft()) / scale, QSizeF(changed.size()) / scale)
+               .toAlignedRect()
+               .adjusted(-1, -1, 1, 1));  // the desktop may blend neighbours
 }
 
 void CharacterWindow::shape() {
@@ -70,6 +80,8 @@ void CharacterWindow::updateComposited() {
 }
 
 QPoint CharacterWindow::inside(QPoint position) const {
+    constexpr int farthest = 1'000'000;  // no desktop is larger, and no sum below overflows
+    position = {std::clamp(position.x(), -farthest, farthest), std::clamp(position.y(), -farthest, farthest)};
     const QRect wanted(position, size());
     const QRect area = nearestScreen(wanted.center())->availableGeometry();
     const QPoint last(std::max(area.left(), area.right() + 1 - width()),
@@ -101,6 +113,12 @@ void CharacterWindow::showEvent(QShowEvent* event) {
     shape();
 }
 
+// A figure that vanishes slips from the hand that drags it.
+void CharacterWindow::hideEvent(QHideEvent* event) {
+    pressed_ = dragged_ = false;
+    QWidget::hideEvent(event);
+}
+
 void CharacterWindow::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
     pressed_ = true;
@@ -122,7 +140,9 @@ void CharacterWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return tell(onClick, *event);
     const bool clicked = std::exchange(pressed_, false) && !dragged_;
     if (clicked) return tell(onClick, *event);
-    if (dragged_) place(inside(event->globalPosition().toPoint() - grip_));
+    if (!std::exchange(dragged_, false)) return;
+    place(inside(event->globalPosition().toPoint() - grip_));
+    if (onDropped) onDropped();
 }
 
 void CharacterWindow::mouseDoubleClickEvent(QMouseEvent* event) {

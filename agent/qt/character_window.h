@@ -25,6 +25,9 @@ public:
     /// The position nearest to `position` at which the whole window is on one screen.
     QPoint inside(QPoint position) const;
 
+    /// Whether the mouse holds the window.
+    bool held() const { return dragged_; }
+
     /// Moves the window there, which the desktop does a little later.
     void place(QPoint position);
 
@@ -38,7 +41,8 @@ public:
     using Clicked = std::function<void(int button, int shift, int x, int y)>;
     Clicked onClick;
     Clicked onDoubleClick;
-    std::function<void()> onDragged;  ///< the window is being dragged, or moved by the desktop
+    std::function<void()> onDragged;  ///< has been moved a little, and is still held
+    std::function<void()> onDropped;  ///< has been let go where it now stands
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -47,6 +51,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void tell(const Clicked& told, const QMouseEvent& event);

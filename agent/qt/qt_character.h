@@ -10,13 +10,11 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <variant>
 
-#include "agent/animator.h"
+#include "agent/performer.h"
 #include "agent/qt/balloon.h"
 #include "agent/qt/character_window.h"
-#include "agent/qt/idle.h"
 #include "agent/qt/part_art.h"
 #include "agent/qt/shown_line.h"
 #include "agent/request_queue.h"
@@ -28,32 +26,35 @@ namespace agent {
 /// while `context` lives.
 Post postTo(QObject& context);
 
-/// A figure on the desktop that performs orders: its window, its balloon, its animation and its voice.
-///
-/// A clip may free the figure before it ends: a line that follows is then spoken while the gesture goes on,
-/// but the next animation waits for its end.
-class QtCharacter : public QObject, public Stage {
+/// A figure on the desktop that performs orders, as `Performer` says: its window, its balloon and its voice.
+class QtCharacter : public QObject, public Stage, private Display {
 public:
+    /// Makes the voice, with the character's own defaults; empty: lines are shown at a reading pace.
+    using VoiceMaker = std::function<std::unique_ptr<Voice>(const CharacterVoice& character, Post post)>;
+
     struct Options {
         double scale = 1;  ///< pixels to a unit of the rig, 0.25 to 4
-        /// Makes the voice, with the character's own defaults; empty: lines are shown at a reading pace.
-        std::function<std::unique_ptr<Voice>(const CharacterVoice& character, Post post)> voice;
+        Habits habits = {};
+        std::optional<QPoint> position =
+            {};  ///< of the upper left corner; else the lower right of the desktop
+        VoiceMaker voice = {};
         /// A number below `count`, at random; it chooses alternatives and idle animations. Empty: the first.
-        std::function<std::size_t(std::size_t count)> pick;
+        std::function<std::size_t(std::size_t count)> pick = {};
     };
 
     /// The character, or one sentence that says why it can't be loaded.
     using Loaded = std::variant<std::unique_ptr<QtCharacter>, std::string>;
 
-    /// Loads the package `name` below the folder `root`. The figure begins hidden.
+    /// Loads the package `name` below the folder `root`. The figure begins hidden. Nothing is read later, so
+    /// that the package may change or go meanwhile.
     static Loaded load(const std::string& root, const std::string& name, Options options);
 
     ~QtCharacter() override;
 
     // Stage
     void perform(const Order& order, std::function<void(bool performed)> done) override;
-    void cut() override;
-    bool has(std::string_view animation) const override;
+    void cut() override { performer_.cut(); }
+    bool has(std::string_view animation) const override { return performer_.has(animation); }
 
     /// The character's name, as its package gives it.
     const std::string& name() const { return rig_.name; }
@@ -61,10 +62,24 @@ public:
     /// Whether the figure's window is on screen. Later than `RequestQueue::visible` by the hide animation.
     bool onScreen() const { return window_.isVisible(); }
 
+    /// These take effect at once; a line that is being said ends when its voice goes.
+    void setScale(double scale);
+    void setHabits(Habits habits) { performer_.setHabits(habits); }
+    void setVoice(const VoiceMaker& voice);
+
+    /// The microphone is on, or off again.
+    void listening(bool on) { performer_.listening(on); }
+
+    /// Somebody is speaking to the figure.
+    void speechHeard() { performer_.speechHeard(); }
+
     /// Button: 1 left, 2 right, 4 middle. Keys held: 1 shift, 2 control, 4 alt. Position on the desktop, in
     /// device independent pixels. A drag is no click; the first press of a double click is one.
     CharacterWindow::Clicked onClick;
     CharacterWindow::Clicked onDoubleClick;
+
+    /// The figure has come to stand elsewhere: where its upper left corner is now.
+    std::function<void(QPoint corner)> onPlaced;
 
     /// The figure's window, for a menu to belong to; never null.
     QWidget* window() { return &window_; }
@@ -75,67 +90,35 @@ public:
 private:
     QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options);
 
-    void show();
-    void hide();
-    void play(const Clip& clip);
-    void speak(const std::string& text);
-    void think(const std::string& text);
-    void moveTo(QPoint target);
+    // Display
+    void draw(const Pose& pose, bool still) override;
+    void showFigure(bool visible) override;
+    Place position() const override;
+    void place(Place corner) override;
+    Place inside(Place corner) const override;
+    std::optional<Place> pointerFrom(double x, double y) const override;
+    void openBalloon(BalloonKind kind, const SpokenLine& line) override;
+    void revealWord(std::size_t word) override;
+    void closeBalloon() override { balloon_.closeNow(); }
 
     QRect figure() const;
-    void beginLine(BalloonKind kind, const std::string& text);
-    SpokenLine openBalloon();
-    void speakPart();
-    void thinkPart();
-    void endPart();
-    void revealWord(std::size_t word);
-    void revealNextThought();
-    void endLine();
-
-    void finish();
-    void turn();
-    void slide(Milliseconds now);
-    void checkOrder();
-    void drawFrame();
-    void animate();
-    void rest();
-    void idle();
     void dragged();
-    Milliseconds now() const { return Milliseconds(clock_.elapsed()); }
-
-    struct Slide {
-        QPoint from, to;
-        Milliseconds since, lasts;
-    };
+    void tellPlace();
+    void watchScreens();
+    void stayOnScreen();
 
     const Rig rig_;
     const std::unique_ptr<PartArt> art_;
-    Options options_;
+    double scale_;
     CharacterWindow window_;
     Balloon balloon_;
-    Animator animator_;
-    Idle idle_;
-    QElapsedTimer clock_;
-    QTimer frames_;    ///< runs only while something moves
-    QTimer resting_;   ///< one shot: until the figure does something of its own accord
-    QTimer thinking_;  ///< one shot: until the next word of a thought
+    ShownLine line_;
     QImage picture_;
     Pose drawn_;
-    bool placed_ = false;
-    bool still_ = false;  ///< where clicks go is worked out for the present frame
-
-    std::optional<Action> action_;  ///< of the order under way
-    std::function<void(bool)> done_;
-    const Clip* pending_ = nullptr;  ///< to be played when the gesture before it has ended
-    std::optional<Slide> slide_;
-    BalloonKind lineKind_ = BalloonKind::speech;
-    std::string lineText_;       ///< of the order under way
-    std::string_view lineRest_;  ///< what of it has not been begun
-    ShownLine line_;             ///< the part under way
-    std::size_t nextWord_ = 0;   ///< of a thought
-    Mouth mouth_ = Mouth::closed;
-    bool speaking_ = false;
-
+    bool still_ = false;  ///< where clicks go is worked out for the present picture
+    QElapsedTimer clock_;
+    QTimer wake_;
+    Performer performer_;
     std::unique_ptr<Voice> voice_;  ///< goes first: its thread posts to this
 };
 

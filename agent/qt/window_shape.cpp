@@ -52,11 +52,12 @@ void setInputRegion(xcb_connection_t* connection, const QWidget& widget, const Q
 
 QRegion solidRegion(const QImage& image, int threshold) {
     std::vector<QRect> runs;
+    const int width = image.width();
     for (int y = 0; y < image.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
+        for (int x = 0; x < width; ++x) {
             const int start = x;
-            while (x < image.width() && qAlpha(line[x]) >= threshold) ++x;
+            while (x < width && qAlpha(line[x]) >= threshold) ++x;
             if (x > start) runs.emplace_back(start, y, x - start, 1);
         }
     }

@@ -23,16 +23,18 @@ public:
             }
             samples = samples.subspan(static_cast<std::size_t>(written));
         }
+        // Of its own accord it begins with a full buffer only.
+        if (snd_pcm_state(device_.get()) == SND_PCM_STATE_PREPARED) snd_pcm_start(device_.get());
         return true;
     }
 
-    std::chrono::microseconds delay() override {
+    std::optional<std::chrono::microseconds> delay() override {
         snd_pcm_sframes_t frames = 0;
         if (snd_pcm_delay(device_.get(), &frames) < 0 || frames < 0) frames = 0;
         return std::chrono::microseconds(frames * 1'000'000 / sampleRate_);
     }
 
-    void drop() override {
+    void drop(std::size_t) override {
         snd_pcm_drop(device_.get());
         snd_pcm_prepare(device_.get());
     }

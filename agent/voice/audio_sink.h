@@ -1,41 +1,45 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
 namespace agent {
 
-/// Where samples of one channel go, at the pace at which they are heard. Used by one thread.
+/// Where samples of one channel go. Used by one thread.
 class AudioSink {
 public:
     virtual ~AudioSink() = default;
 
-    /// Takes samples, waiting until there is room for them. False: the device is lost.
+    /// Takes samples. A device waits until it has room for them. False: it is lost.
     virtual bool write(std::span<const std::int16_t> samples) = 0;
 
-    /// How long from now until what was written last is heard.
-    virtual std::chrono::microseconds delay() = 0;
+    /// How long from now until what was written last is heard; nothing where that is the clock's to say.
+    virtual std::optional<std::chrono::microseconds> delay() = 0;
 
-    /// Forgets what is written and not yet heard.
-    virtual void drop() = 0;
+    /// Forgets the last `unheard` of the samples written, which have not been heard.
+    virtual void drop(std::size_t unheard) = 0;
 };
 
-/// Waits until a time, or shorter if the wait is called off.
-using WaitUntil = std::function<void(std::chrono::steady_clock::time_point)>;
+/// Opens a sink for samples at this rate; gives null where there is none.
+using OpenSink = std::function<std::unique_ptr<AudioSink>(int sampleRate)>;
 
-/// No sound at all, at the pace of the clock.
-std::unique_ptr<AudioSink> openSilence(int sampleRate, WaitUntil wait);
-
-/// These give null where there is no such device; they print nothing.
+/// These give null where there is no such device; they print nothing, and may wait for a server that hangs.
 std::unique_ptr<AudioSink> openPulse(int sampleRate);
 std::unique_ptr<AudioSink> openAlsa(int sampleRate);
 
-/// A WAV file that is whole after every write, at the pace of the clock. Null where it can't be written.
-/// `append` goes on with the file that this program has begun.
-std::unique_ptr<AudioSink> openWav(const std::string& path, bool append, int sampleRate, WaitUntil wait);
+/// A WAV file that is whole after every write. Null where it can't be written. `append` goes on with the file
+/// that this program has begun.
+std::unique_ptr<AudioSink> openWav(const std::string& path, bool append, int sampleRate);
+
+/// Opens the device that a setting names: "default", "none" (always null) or "file:PATH", one file for all
+/// that is opened. Sinks of a device never wait: one that hangs keeps what it is given, and is not opened
+/// anew until it has come round.
+OpenSink outputDevice(const std::string& setting);
 
 }  // namespace agent

@@ -2,62 +2,140 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace agent {
+namespace {
+
+using namespace std::chrono_literals;
+
+// In the device and on its way to it: what bridges the pauses that a busy machine makes.
+constexpr auto ahead = 300ms;
+
+// A device may have to be woken, or have rendered two seconds of silence ahead; one that plays and stands
+// still for so long is lost.
+constexpr auto patienceToBegin = 2500ms;
+constexpr auto patience = 500ms;
+
+// What takes samples faster than they can be heard, or believes that it does, is held to the clock.
+constexpr auto earliest = 40ms;
+
+// Devices guess their position: so little progress may be none at all.
+constexpr auto guess = 15ms;
+
+constexpr auto shortestWait = 2ms;
+
+}  // namespace
 
 Player::Player(std::unique_ptr<AudioSink> sink, PlayerHost host)
     : sink_(std::move(sink)), host_(std::move(host)) {}
 
-void Player::play(const Utterance& utterance) {
-    constexpr int blocksPerSecond = 50;
-    const auto block = static_cast<std::size_t>(host_.sampleRate / blocksPerSecond);
+void Player::add(Utterance utterance) {
     for (auto event : utterance.events) {
-        event.sample = std::min(event.sample, utterance.samples.size()) + written_;
+        event.sample = std::min(event.sample, utterance.samples.size()) + added();
         events_.push_back(event);
     }
-    std::span<const std::int16_t> rest = utterance.samples;
-    while (!rest.empty() && !host_.stopped()) {
-        const auto now = rest.first(std::min(block, rest.size()));
-        write(now);
-        rest = rest.subspan(now.size());
-        tellHeard();
+    waiting_.insert(waiting_.end(), utterance.samples.begin(), utterance.samples.end());
+}
+
+Player::TimePoint Player::pump() {
+    const TimePoint now = host_.now();
+    updateHeard(now);
+    handOver(now);
+    tellHeard();
+    std::size_t next = added();
+    if (!waiting_.empty()) next = std::min(next, written_ - std::min(written_, samplesIn(ahead / 2)));
+    if (!events_.empty()) next = std::min(next, events_.front().sample);
+    if (next <= heard_ && waiting_.empty() && events_.empty()) return now + 1h;
+    TimePoint wanted = now + timeOf(next - std::min(next, heard_));
+    if (sink_) wanted = std::min(wanted, lastProgress_.at + patienceNow());
+    return std::max(wanted, now + shortestWait);
+}
+
+bool Player::done() const {
+    return closed_ && waiting_.empty() && events_.empty() && heard_ >= written_;
+}
+
+void Player::stop() {
+    updateHeard(host_.now());
+    if (sink_) sink_->drop(written_ - heard_);
+    sink_.reset();
+    waiting_.clear();
+    events_.clear();
+}
+
+std::chrono::microseconds Player::left() const {
+    return timeOf(added() - heard_);
+}
+
+void Player::updateHeard(TimePoint now) {
+    if (!begun_) return;
+    const std::size_t byClock = std::min(written_, start_.sample + samplesIn(now - start_.at));
+    const auto delay = sink_ ? sink_->delay() : std::nullopt;
+    if (!delay) {
+        heard_ = std::max(heard_, byClock);
+        return;
+    }
+    std::size_t reported = written_ - std::min(written_, samplesIn(*delay));
+    if (reported < std::min(written_, start_.sample + samplesIn(guess))) reported = start_.sample;
+    const std::size_t heard =
+        std::min({reported, written_, start_.sample + samplesIn(now - start_.at + earliest)});
+    if (heard > heard_ || heard == written_) {
+        heard_ = std::max(heard_, heard);
+        lastProgress_ = {now, heard_};
+    } else if (now - lastProgress_.at >= patienceNow()) {
+        leaveSink(now);
+        updateHeard(now);
     }
 }
 
-void Player::finish() {
-    // By the clock: a device that has played all it was given may report its own latency for ever.
-    const auto end = std::chrono::steady_clock::now() + delay();
-    while (!host_.stopped() && !events_.empty()) {
-        const auto left = static_cast<std::int64_t>(written_ - events_.front().sample);
-        host_.wait(end - std::chrono::microseconds(left * 1'000'000 / host_.sampleRate));
-        if (host_.stopped()) break;
-        host_.tell(events_.front());
-        events_.pop_front();
+std::chrono::milliseconds Player::patienceNow() const {
+    return heard_ == start_.sample ? patienceToBegin : patience;
+}
+
+// From now on the clock tells what would be heard, as if the device had gone on where it stopped.
+void Player::leaveSink(TimePoint now) {
+    sink_.reset();
+    start_ = lastProgress_;
+    const std::size_t reached = start_.sample + samplesIn(now - start_.at);
+    const auto passed =
+        static_cast<std::ptrdiff_t>(std::min(waiting_.size(), reached - std::min(reached, written_)));
+    waiting_.erase(waiting_.begin(), waiting_.begin() + passed);
+    written_ += static_cast<std::size_t>(passed);
+}
+
+void Player::handOver(TimePoint now) {
+    if (waiting_.empty()) return;
+    if (!begun_ || heard_ == written_) {
+        begun_ = true;
+        start_ = lastProgress_ = {now, heard_};
     }
-    if (!host_.stopped()) host_.wait(end);
-    if (host_.stopped()) sink_->drop();
+    const std::size_t most = heard_ + samplesIn(ahead);
+    if (written_ >= most) return;
+    const auto count = static_cast<std::ptrdiff_t>(std::min(most - written_, waiting_.size()));
+    const std::vector<std::int16_t> block(waiting_.begin(), waiting_.begin() + count);
+    waiting_.erase(waiting_.begin(), waiting_.begin() + count);
+    written_ += block.size();
+    if (sink_ && !sink_->write(block)) leaveSink(now);
 }
 
-std::chrono::microseconds Player::delay() {
-    constexpr std::chrono::microseconds believable{2'500'000};
-    return std::min(sink_->delay(), believable);
-}
-
-void Player::write(std::span<const std::int16_t> samples) {
-    if (!sink_->write(samples)) {
-        sink_ = openSilence(host_.sampleRate, host_.wait);
-        sink_->write(samples);
-    }
-    written_ += samples.size();
-}
-
+// What happens at the sample that is heard next waits for the device to begin with it.
 void Player::tellHeard() {
-    const auto ahead = delay().count() * host_.sampleRate / 1'000'000;
-    const auto heard = static_cast<std::int64_t>(written_) - ahead;
-    while (!events_.empty() && static_cast<std::int64_t>(events_.front().sample) <= heard) {
-        host_.tell(events_.front());
+    const bool next = !sink_ || heard_ == added();
+    while (!events_.empty() && events_.front().sample < heard_ + (next ? 1 : 0)) {
+        const SpeechEvent event = events_.front();
         events_.pop_front();
+        host_.tell(event);
     }
+}
+
+std::size_t Player::samplesIn(std::chrono::steady_clock::duration time) const {
+    const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(time).count();
+    return static_cast<std::size_t>(std::max<std::int64_t>(0, microseconds) * host_.sampleRate / 1'000'000);
+}
+
+std::chrono::microseconds Player::timeOf(std::size_t samples) const {
+    return std::chrono::microseconds(static_cast<std::int64_t>(samples) * 1'000'000 / host_.sampleRate);
 }
 
 }  // namespace agent

@@ -1,18 +1,14 @@
 #include "agent/voice/speech_worker.h"
 
-#include <algorithm>
-#include <span>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include "agent/voice/player.h"
-#include "agent/voice/ssml.h"
+#include "agent/voice/synthesis_ahead.h"
 
 namespace agent {
 
-SpeechWorker::SpeechWorker(VoiceParameters parameters, std::string device, Post post)
-    : parameters_(std::move(parameters)), device_(std::move(device)), post_(std::move(post)) {}
+SpeechWorker::SpeechWorker(VoiceParameters parameters, OpenSink open, Post post)
+    : parameters_(std::move(parameters)), open_(std::move(open)), post_(std::move(post)) {}
 
 void SpeechWorker::speak(SpeechJob job) {
     {
@@ -44,10 +40,10 @@ bool SpeechWorker::quit(std::chrono::milliseconds patience) {
 
 void SpeechWorker::run() {
     {
-        const Synthesizer synthesizer;
+        const auto synthesizer = openSynthesizer(parameters_);
         Turn turn = 0;
         while (const auto job = nextJob(turn)) {
-            say(synthesizer, *job, turn);
+            say(*synthesizer, *job, turn);
             deliver(turn, job->events.onEnd);
         }
     }
@@ -63,39 +59,39 @@ std::optional<SpeechJob> SpeechWorker::nextJob(Turn& turn) {
     return quitting_ ? std::nullopt : std::exchange(waiting_, std::nullopt);
 }
 
-std::unique_ptr<AudioSink> SpeechWorker::openSink(int rate, Turn turn) {
-    constexpr std::string_view filePrefix = "file:";
-    const auto wait = [this, turn](auto time) { waitUntil(time, turn); };
-    std::unique_ptr<AudioSink> sink;
-    if (device_.starts_with(filePrefix)) {
-        sink = openWav(device_.substr(filePrefix.size()), fileBegun_, rate, wait);
-        fileBegun_ = fileBegun_ || sink;
-    } else if (device_ != "none") {
-        sink = openPulse(rate);
-        if (!sink) sink = openAlsa(rate);
+void SpeechWorker::say(Synthesizer& synthesizer, const SpeechJob& job, Turn turn) {
+    constexpr std::chrono::seconds enough{2};
+    SynthesisAhead speech(synthesizer, job.line, parameters_, [this] { nudge(); });
+    const int rate = synthesizer.sampleRate();
+    Player player(open_(rate), {.sampleRate = rate,
+                                .now = &std::chrono::steady_clock::now,
+                                .tell = [&](const SpeechEvent& event) { tell(job, event, turn); }});
+    while (!stopped(turn)) {
+        while (player.left() < enough) {
+            auto piece = speech.take();
+            if (!piece) break;
+            player.add(std::move(*piece));
+        }
+        if (speech.finished()) player.close();
+        const auto next = player.pump();
+        if (player.done()) return;
+        waitUntil(next, turn);
     }
-    return sink ? std::move(sink) : openSilence(rate, wait);
+    player.stop();
 }
 
-void SpeechWorker::say(const Synthesizer& synthesizer, const SpeechJob& job, Turn turn) {
-    const auto cut = [this, turn] { return stopped(turn); };
-    const auto wait = [this, turn](auto time) { waitUntil(time, turn); };
-    const auto tell = [this, turn, &job](const SpeechEvent& event) {
-        if (const auto* word = std::get_if<std::size_t>(&event.what)) {
-            if (job.events.onWord) deliver(turn, [told = job.events.onWord, index = *word] { told(index); });
-        } else if (job.events.onMouth) {
-            deliver(turn, [told = job.events.onMouth, mouth = std::get<Mouth>(event.what)] { told(mouth); });
-        }
-    };
-    const int rate = synthesizer.sampleRate();
-    Player player(openSink(rate, turn), {.sampleRate = rate, .stopped = cut, .wait = wait, .tell = tell});
-    const std::span<const SpokenWord> words = job.line.words;
-    for (std::size_t first = 0; first < words.size() && !cut();) {
-        const auto piece = words.subspan(first, sentenceLength(words.subspan(first)));
-        player.play(synthesizer.synthesize({piece.begin(), piece.end()}, first, parameters_, cut));
-        first += piece.size();
+void SpeechWorker::tell(const SpeechJob& job, const SpeechEvent& event, Turn turn) {
+    const VoiceEvents& events = job.events;
+    if (const auto* mouth = std::get_if<Mouth>(&event.what)) {
+        if (events.onMouth) deliver(turn, [told = events.onMouth, shape = *mouth] { told(shape); });
+        return;
     }
-    player.finish();
+    const std::size_t word = std::get<std::size_t>(event.what);
+    if (word >= job.line.words.size()) return;
+    const std::uint32_t bookmark = job.line.words[word].bookmark;
+    if (bookmark != 0 && events.onBookmark)
+        deliver(turn, [told = events.onBookmark, bookmark] { told(bookmark); });
+    if (events.onWord) deliver(turn, [told = events.onWord, word] { told(word); });
 }
 
 bool SpeechWorker::stopped(Turn turn) {
@@ -103,9 +99,18 @@ bool SpeechWorker::stopped(Turn turn) {
     return turn != turn_;
 }
 
+void SpeechWorker::nudge() {
+    {
+        const std::lock_guard lock(mutex_);
+        nudged_ = true;
+    }
+    changed_.notify_all();
+}
+
 void SpeechWorker::waitUntil(std::chrono::steady_clock::time_point time, Turn turn) {
     std::unique_lock lock(mutex_);
-    changed_.wait_until(lock, time, [this, turn] { return turn != turn_; });
+    changed_.wait_until(lock, time, [this, turn] { return nudged_ || turn != turn_; });
+    nudged_ = false;
 }
 
 void SpeechWorker::deliver(Turn turn, std::function<void()> event) {

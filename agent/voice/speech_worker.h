@@ -7,7 +7,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
 
 #include "agent/voice/audio_sink.h"
 #include "agent/voice/synthesizer.h"
@@ -24,7 +23,8 @@ struct SpeechJob {
 /// What the thread that speaks and the caller's thread share. The caller's side never waits for a device.
 class SpeechWorker : public std::enable_shared_from_this<SpeechWorker> {
 public:
-    SpeechWorker(VoiceParameters parameters, std::string device, Post post);
+    /// Each line opens its sink with `open`, in the thread.
+    SpeechWorker(VoiceParameters parameters, OpenSink open, Post post);
 
     // The caller's side.
 
@@ -46,23 +46,27 @@ private:
     using Turn = std::uint64_t;
 
     std::optional<SpeechJob> nextJob(Turn& turn);
-    std::unique_ptr<AudioSink> openSink(int rate, Turn turn);
-    void say(const Synthesizer& synthesizer, const SpeechJob& job, Turn turn);
+    void say(Synthesizer& synthesizer, const SpeechJob& job, Turn turn);
+    void tell(const SpeechJob& job, const SpeechEvent& event, Turn turn);
     bool stopped(Turn turn);
+    void nudge();
     void waitUntil(std::chrono::steady_clock::time_point time, Turn turn);
     void deliver(Turn turn, std::function<void()> event);
 
     const VoiceParameters parameters_;
-    const std::string device_;
-    bool fileBegun_ = false;  ///< the thread's
+    const OpenSink open_;
 
     std::mutex mutex_;
     std::condition_variable changed_;
     std::optional<SpeechJob> waiting_;
     Turn turn_ = 0;  ///< counts lines and stops: what belongs to an earlier turn is void
+    bool nudged_ = false;
     bool quitting_ = false;
     bool ended_ = false;
     Post post_;
 };
+
+/// A voice with everything decided, in a thread of its own; see `makeVoice` of the settings.
+std::unique_ptr<Voice> makeVoice(VoiceParameters parameters, OpenSink open, Post post);
 
 }  // namespace agent

@@ -14,7 +14,7 @@ public:
         : worker_(std::move(worker)), thread_([shared = worker_] { shared->run(); }) {}
 
     ~ThreadedVoice() override {
-        // A sound server that hangs must not keep the program from ending.
+        // Whatever hangs must not keep the program from ending.
         constexpr std::chrono::milliseconds patience{500};
         if (worker_->quit(patience)) {
             thread_.join();
@@ -45,8 +45,16 @@ std::unique_ptr<Voice> makeVoice(const VoiceSettings& settings, const CharacterV
                                .rate = settings.rate.value_or(character.rate),
                                .pitch = settings.pitch.value_or(character.pitch),
                                .range = character.range};
+    return makeVoice(std::move(parameters), outputDevice(settings.device), std::move(post));
+}
+
+std::vector<std::string> installedVoices() {
+    return installedFliteVoices();
+}
+
+std::unique_ptr<Voice> makeVoice(VoiceParameters parameters, OpenSink open, Post post) {
     return std::make_unique<ThreadedVoice>(
-        std::make_shared<SpeechWorker>(std::move(parameters), settings.device, std::move(post)));
+        std::make_shared<SpeechWorker>(std::move(parameters), std::move(open), std::move(post)));
 }
 
 }  // namespace agent

@@ -1,3 +1,6 @@
+#include <unistd.h>
+
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdio>
@@ -48,11 +51,8 @@ Header makeHeader(std::uint32_t sampleRate, std::uint32_t dataSize) {
 
 class WavSink : public AudioSink {
 public:
-    WavSink(File file, std::uint32_t dataSize, int sampleRate, WaitUntil wait)
-        : file_(std::move(file)),
-          dataSize_(dataSize),
-          sampleRate_(static_cast<std::uint32_t>(sampleRate)),
-          pace_(openSilence(sampleRate, std::move(wait))) {}
+    WavSink(File file, std::uint32_t dataSize, int sampleRate)
+        : file_(std::move(file)), dataSize_(dataSize), sampleRate_(static_cast<std::uint32_t>(sampleRate)) {}
 
     bool write(std::span<const std::int16_t> samples) override {
         std::string bytes;
@@ -63,7 +63,7 @@ public:
         if (dataSize_ > std::numeric_limits<std::uint32_t>::max() - headerSize - bytes.size()) return false;
         if (!putAt(static_cast<long>(headerSize + dataSize_), bytes)) return false;
         dataSize_ += static_cast<std::uint32_t>(bytes.size());
-        return writeHeader() && pace_->write(samples);
+        return writeHeader();
     }
 
     // Samples first, then the header that counts them: the file can be played at any moment.
@@ -72,8 +72,15 @@ public:
         return putAt(0, {header.data(), header.size()});
     }
 
-    std::chrono::microseconds delay() override { return pace_->delay(); }
-    void drop() override { pace_->drop(); }
+    std::optional<std::chrono::microseconds> delay() override { return std::nullopt; }
+
+    void drop(std::size_t unheard) override {
+        dataSize_ -= std::min(dataSize_, static_cast<std::uint32_t>(unheard * sizeof(std::int16_t)));
+        if (writeHeader() &&
+            ftruncate(fileno(file_.get()), static_cast<off_t>(headerSize + dataSize_)) != 0) {
+            return;  // the header alone tells where the sound ends
+        }
+    }
 
 private:
     bool putAt(long position, std::string_view bytes) {
@@ -85,19 +92,18 @@ private:
     File file_;
     std::uint32_t dataSize_;
     std::uint32_t sampleRate_;
-    std::unique_ptr<AudioSink> pace_;
 };
 
 }  // namespace
 
-std::unique_ptr<AudioSink> openWav(const std::string& path, bool append, int sampleRate, WaitUntil wait) {
+std::unique_ptr<AudioSink> openWav(const std::string& path, bool append, int sampleRate) {
     File file(std::fopen(path.c_str(), append ? "r+b" : "w+b"));
     if (!file) return nullptr;
     long size = 0;
     if (append && std::fseek(file.get(), 0, SEEK_END) == 0) size = std::ftell(file.get());
     const auto header = static_cast<long>(headerSize);
     const auto dataSize = static_cast<std::uint32_t>(size > header ? size - header : 0);
-    auto sink = std::make_unique<WavSink>(std::move(file), dataSize, sampleRate, std::move(wait));
+    auto sink = std::make_unique<WavSink>(std::move(file), dataSize, sampleRate);
     if (!sink->writeHeader()) return nullptr;
     return sink;
 }

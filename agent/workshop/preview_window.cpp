@@ -52,7 +52,7 @@ void PreviewWindow::play(const QString& name) {
 }
 
 void PreviewWindow::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space) animator_.leaveLoop();
+    if (event->key() == Qt::Key_Space) animator_.leaveLoop(Milliseconds(clock_.elapsed()));
     QWidget::keyPressEvent(event);
 }
 

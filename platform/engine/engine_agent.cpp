@@ -54,9 +54,11 @@ public:
     }
     Request Speak(const std::string& text) override {
         queue();
-        const std::string chosen = agent::chooseAlternative(text, [this](std::size_t count) {
+        std::string chosen = agent::chooseAlternative(text, [this](std::size_t count) {
             return static_cast<std::size_t>(server_.needs_.random.Rnd() * static_cast<double>(count));
         });
+        if (agent::asksForLastLine(chosen)) chosen = lastLine_;
+        lastLine_ = chosen;
         return ask({agent::Action::speak, chosen},
                    [&](AgentObserver& observer) { observer.speakAsked(text, chosen); });
     }
@@ -101,6 +103,7 @@ private:
     Actor actor_;
     std::unique_ptr<agent::RequestQueue> queue_;
     CommandCollection commands_;
+    std::string lastLine_;  // what it was last asked to speak
 };
 
 EngineAgent::EngineAgent(Needs needs) : needs_(std::move(needs)) {}

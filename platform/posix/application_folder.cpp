@@ -17,14 +17,22 @@ std::string homeFolder() {
     return user && user->pw_dir ? user->pw_dir : "";
 }
 
+// A relative value is invalid in such a variable, and counts as unset.
+std::string folderOfTheUser(const char* variable, std::string_view belowHome) {
+    constexpr std::string_view name = "velmora";
+    if (const char* folder = std::getenv(variable); folder && *folder == '/') return path(folder, name);
+    const auto home = homeFolder();
+    return home.empty() ? "" : path(path(home, belowHome), name);
+}
+
 }  // namespace
 
 std::string defaultApplicationFolder() {
-    constexpr std::string_view name = "velmora";
-    // A relative value is invalid there and counts as unset.
-    if (const char* data = std::getenv("XDG_DATA_HOME"); data && *data == '/') return path(data, name);
-    const auto home = homeFolder();
-    return home.empty() ? "" : path(path(home, ".local/share"), name);
+    return folderOfTheUser("XDG_DATA_HOME", ".local/share");
+}
+
+std::string stateFolder() {
+    return folderOfTheUser("XDG_STATE_HOME", ".local/state");
 }
 
 }  // namespace velmora

@@ -1,14 +1,19 @@
 #include "platform/qt/character_options.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QGroupBox>
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QSpinBox>
+#include <algorithm>
+#include <array>
 
+#include "base/text.h"
 #include "platform/qt/text.h"
 
 namespace velmora::qt {
@@ -20,7 +25,10 @@ struct Range {
 };
 constexpr Range ratesOffered{80, 450};
 constexpr Range pitchesOffered{0, 99};
-const char* const section = "Speech";
+constexpr std::array sizesOffered{100, 125, 150, 175, 200, 250, 300};
+
+// Keys that no program needs for writing, under the names that X gives them.
+constexpr std::array keysOffered{"Scroll_Lock", "Pause", "Menu", "Control_R", "F9", "F10", "F11", "F12"};
 
 // A number, or, one below the least, the character's own.
 QSpinBox* numberField(Range range, const QString& unit) {
@@ -42,9 +50,9 @@ std::string numberOf(const QSpinBox& field) {
 }
 
 // A value that the window does not offer stands in the list too, so that OK does not lose it.
-void choose(QComboBox& box, const std::string& value) {
+void choose(QComboBox& box, const std::string& value, const QString& unit = {}) {
     const QString data = shown(value);
-    if (box.findData(data) < 0) box.addItem(data, data);
+    if (box.findData(data) < 0) box.addItem(data + unit, data);
     box.setCurrentIndex(box.findData(data));
 }
 
@@ -52,119 +60,151 @@ std::string chosen(const QComboBox& box) {
     return typedBytes(box.currentData().toString());
 }
 
-QLabel* hint() {
-    auto* label = new QLabel(QObject::tr("Changes tell when Velmora is started the next time."));
-    label->setWordWrap(true);
-    return label;
+bool isOn(const MachineSettings& settings, const char* key) {
+    return !equalsIgnoringCase(settings.value("Character", key), "False");
 }
 
-QDialogButtonBox* buttons(QDialog& window) {
-    auto* box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    QObject::connect(box, &QDialogButtonBox::accepted, &window, &QDialog::accept);
-    QObject::connect(box, &QDialogButtonBox::rejected, &window, &QDialog::reject);
-    return box;
-}
+const QString percent = QStringLiteral(" %");
 
 }  // namespace
 
-SpeechOptions::SpeechOptions(CharacterSettings settings, const std::vector<std::string>& voices,
-                             std::function<void(const SpeechChoice&)> tryIt)
+CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices,
+                                   SpeechTrial trial, std::function<void()> applied)
     : QDialog(nullptr, Qt::Window),
       settings_(std::move(settings)),
+      applied_(std::move(applied)),
+      size_(new QComboBox),
+      balloon_(new QCheckBox(tr("&Show what it says in a balloon"))),
+      autoHide_(new QCheckBox(tr("&Close the balloon by itself"))),
+      idle_(new QCheckBox(tr("&Move of its own accord"))),
       voice_(new QComboBox),
       rate_(numberField(ratesOffered, tr(" words per minute"))),
       pitch_(numberField(pitchesOffered, {})),
-      device_(new QComboBox) {
+      device_(new QComboBox),
+      key_(new QComboBox) {
     setWindowTitle(tr("Character Options"));
+    auto* box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(box, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* tryIt = box->addButton(tr("&Try it"), QDialogButtonBox::ActionRole);
+    tryIt->setObjectName(QStringLiteral("tryIt"));
+    tryIt->setAutoDefault(false);
+    connect(tryIt, &QPushButton::clicked, this,
+            [this, speak = std::move(trial.speak)] { settings_.loop.turn([&] { speak(choice()); }); });
+
+    // Large letters on a small screen: the fields scroll, the buttons stay in sight.
+    auto* fields = new QWidget;
+    auto* column = new QVBoxLayout(fields);
+    column->addWidget(figurePart());
+    column->addWidget(voicePart(voices));
+    column->addWidget(hearingPart());
+    column->addStretch();
+    auto* scroll = new QScrollArea;
+    scroll->setWidget(fields);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setMinimumWidth(fields->minimumSizeHint().width() + 24);
+    auto* both = new QHBoxLayout;
+    if (trial.figure != nullptr) both->addWidget(trial.figure, 0, Qt::AlignBottom);
+    both->addWidget(scroll, 1);
+    auto* all = new QVBoxLayout(this);
+    all->addLayout(both, 1);
+    all->addWidget(box);
+    const int wanted = fields->sizeHint().height() + box->sizeHint().height() + 60;
+    resize(sizeHint().width(), std::min(wanted, screen()->availableSize().height() - 100));
+}
+
+QWidget* CharacterOptions::figurePart() {
+    for (const int size : sizesOffered)
+        size_->addItem(QString::number(size) + percent, QString::number(size));
+    connect(balloon_, &QCheckBox::toggled, autoHide_, &QWidget::setEnabled);
+    auto* group = new QGroupBox(tr("Figure"));
+    auto* form = new QFormLayout(group);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->addRow(tr("Si&ze:"), size_);
+    form->addRow(balloon_);
+    form->addRow(autoHide_);
+    form->addRow(idle_);
+    return group;
+}
+
+QWidget* CharacterOptions::voicePart(const std::vector<std::string>& voices) {
     voice_->addItem(tr("The character's own"), QString());
     for (const std::string& voice : voices) voice_->addItem(shown(voice), shown(voice));
     device_->addItem(tr("The desktop's loudspeaker"), QStringLiteral("default"));
     device_->addItem(tr("None: speak silently"), QStringLiteral("none"));
-
-    auto* form = new QFormLayout(this);
+    auto* group = new QGroupBox(tr("Voice"));
+    auto* form = new QFormLayout(group);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(tr("&Voice:"), voice_);
-    form->addRow(tr("&Rate:"), rate_);
+    form->addRow(tr("&Speed:"), rate_);
     form->addRow(tr("&Pitch:"), pitch_);
-    form->addRow(tr("&Sound:"), device_);
-    form->addRow(hint());
-    QDialogButtonBox* box = buttons(*this);
-    auto* trial = box->addButton(tr("&Try it"), QDialogButtonBox::ActionRole);
-    trial->setObjectName(QStringLiteral("tryIt"));
-    trial->setAutoDefault(false);
-    QObject::connect(trial, &QPushButton::clicked, this,
-                     [this, tryIt = std::move(tryIt)] { settings_.loop.turn([&] { tryIt(choice()); }); });
-    form->addRow(box);
+    form->addRow(tr("S&ound:"), device_);
+    return group;
 }
 
-SpeechChoice SpeechOptions::choice() const {
+QWidget* CharacterOptions::hearingPart() {
+    for (const char* key : keysOffered) {
+        const QString name = QString::fromLatin1(key);
+        key_->addItem(QString(name).replace(u'_', u' '), name);
+    }
+    key_->addItem(tr("None"), QString());
+    auto* group = new QGroupBox(tr("Listening"));
+    auto* form = new QFormLayout(group);
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->addRow(tr("&Key to talk:"), key_);
+    return group;
+}
+
+SpeechChoice CharacterOptions::choice() const {
     return {chosen(*voice_), numberOf(*rate_), numberOf(*pitch_)};
 }
 
-void SpeechOptions::showEvent(QShowEvent* event) {
-    choose(*voice_, settings_.machine.value(section, "Voice"));
-    setNumber(*rate_, settings_.machine.value(section, "Rate"));
-    setNumber(*pitch_, settings_.machine.value(section, "Pitch"));
-    choose(*device_, settings_.machine.value(section, "Device"));
+void CharacterOptions::showEvent(QShowEvent* event) {
+    const auto value = [this](const char* section, const char* key) {
+        return settings_.machine.value(section, key);
+    };
+    choose(*size_, value("Character", "Size"), percent);
+    balloon_->setChecked(isOn(settings_.machine, "Balloon"));
+    autoHide_->setChecked(isOn(settings_.machine, "AutoHide"));
+    autoHide_->setEnabled(balloon_->isChecked());
+    idle_->setChecked(isOn(settings_.machine, "Idle"));
+    choose(*voice_, value("Speech", "Voice"));
+    setNumber(*rate_, value("Speech", "Rate"));
+    setNumber(*pitch_, value("Speech", "Pitch"));
+    choose(*device_, value("Speech", "Device"));
+    choose(*key_, value("Hearing", "Key"));
     QDialog::showEvent(event);
 }
 
-void SpeechOptions::write(const char* key, const std::string& value) {
-    if (value != settings_.machine.value(section, key))
-        settings_.writer.write(section, key, value, settings_.file);
+void CharacterOptions::write(const char* section, const char* key, const std::string& value) {
+    if (value == settings_.machine.value(section, key)) return;
+    settings_.writer.write(section, key, value, settings_.file);
+    written_ = true;
 }
 
-void SpeechOptions::accept() {
+void CharacterOptions::writeSwitch(const char* key, const QCheckBox& box) {
+    if (box.isChecked() != isOn(settings_.machine, key))
+        write("Character", key, box.isChecked() ? "True" : "False");
+}
+
+void CharacterOptions::accept() {
+    written_ = false;
     settings_.loop.turn([this] {
         const SpeechChoice made = choice();
-        write("Voice", made.voice);
-        write("Rate", made.rate);
-        write("Pitch", made.pitch);
-        write("Device", chosen(*device_));
+        write("Character", "Size", chosen(*size_));
+        writeSwitch("Balloon", *balloon_);
+        writeSwitch("AutoHide", *autoHide_);
+        writeSwitch("Idle", *idle_);
+        write("Speech", "Voice", made.voice);
+        write("Speech", "Rate", made.rate);
+        write("Speech", "Pitch", made.pitch);
+        write("Speech", "Device", chosen(*device_));
+        write("Hearing", "Key", chosen(*key_));
+        if (written_ && applied_) applied_();
     });
-    QDialog::accept();
-}
-
-CharacterChooser::CharacterChooser(CharacterSettings settings, const std::vector<std::string>& names,
-                                   std::function<QPixmap(const std::string&)> preview)
-    : QDialog(nullptr, Qt::Window),
-      settings_(std::move(settings)),
-      preview_(std::move(preview)),
-      names_(new QListWidget),
-      picture_(new QLabel) {
-    setWindowTitle(tr("Choose Character"));
-    for (const std::string& name : names) names_->addItem(shown(name));
-    names_->setAccessibleName(tr("Characters"));
-    picture_->setAlignment(Qt::AlignCenter);
-    picture_->setMinimumSize(200, 200);
-    QObject::connect(names_, &QListWidget::currentTextChanged, this, [this](const QString& name) {
-        settings_.loop.turn([&] { picture_->setPixmap(preview_(typedBytes(name))); });
-    });
-    QObject::connect(names_, &QListWidget::itemActivated, this, [this] { accept(); });
-
-    auto* both = new QHBoxLayout;
-    both->addWidget(names_);
-    both->addWidget(picture_, 1);
-    auto* all = new QVBoxLayout(this);
-    all->addLayout(both, 1);
-    all->addWidget(hint());
-    all->addWidget(buttons(*this));
-}
-
-void CharacterChooser::showEvent(QShowEvent* event) {
-    const auto now =
-        names_->findItems(shown(settings_.machine.value("Character", "Default")), Qt::MatchFixedString);
-    if (!now.isEmpty()) names_->setCurrentItem(now.first());
-    names_->setFocus();
-    QDialog::showEvent(event);
-}
-
-void CharacterChooser::accept() {
-    if (const QListWidgetItem* item = names_->currentItem()) {
-        settings_.loop.turn([&] {
-            settings_.writer.write("Character", "Default", typedBytes(item->text()), settings_.file);
-        });
-    }
     QDialog::accept();
 }
 

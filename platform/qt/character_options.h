@@ -1,28 +1,17 @@
 #pragma once
 
 #include <QDialog>
-#include <QPixmap>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "platform/loop.h"
-#include "platform/machine_settings.h"
+#include "platform/qt/character_settings.h"
 
+class QCheckBox;
 class QComboBox;
-class QLabel;
-class QListWidget;
 class QSpinBox;
 
 namespace velmora::qt {
-
-/// Where the windows of the character read and write. All of it outlives them.
-struct CharacterSettings {
-    Loop& loop;
-    const MachineSettings& machine;
-    SettingsFile& writer;
-    std::string file;  ///< path of the file behind `machine`
-};
 
 /// How the character is to speak: the texts of the settings, empty for what is the character's own.
 struct SpeechChoice {
@@ -31,13 +20,19 @@ struct SpeechChoice {
     std::string pitch;
 };
 
-/// The window with the character's own options. Each time it opens it shows what is set; OK writes what was
-/// changed, and it tells at the next start.
-class SpeechOptions : public QDialog {
+/// How a choice is tried out, without being kept.
+struct SpeechTrial {
+    QWidget* figure = nullptr;  ///< belongs to the window that it is given to; null: there is nothing to see
+    std::function<void(const SpeechChoice&)> speak;
+};
+
+/// The window with the character's own options: its figure, its voice, and the key to talk to it. Each time
+/// it opens it shows what is set; OK writes what was changed.
+class CharacterOptions : public QDialog {
 public:
-    /// `voices` are the names on offer; `tryIt` lets the choice be heard without keeping it.
-    SpeechOptions(CharacterSettings settings, const std::vector<std::string>& voices,
-                  std::function<void(const SpeechChoice&)> tryIt);
+    /// `voices` are the names on offer; `applied` is told when something has been written.
+    CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices, SpeechTrial trial,
+                     std::function<void()> applied);
 
     void accept() override;
 
@@ -45,33 +40,25 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QWidget* figurePart();
+    QWidget* voicePart(const std::vector<std::string>& voices);
+    QWidget* hearingPart();
     SpeechChoice choice() const;
-    void write(const char* key, const std::string& value);
+    void write(const char* section, const char* key, const std::string& value);
+    void writeSwitch(const char* key, const QCheckBox& box);
 
     CharacterSettings settings_;
+    std::function<void()> applied_;
+    bool written_ = false;
+    QComboBox* size_;
+    QCheckBox* balloon_;
+    QCheckBox* autoHide_;
+    QCheckBox* idle_;
     QComboBox* voice_;
     QSpinBox* rate_;
     QSpinBox* pitch_;
     QComboBox* device_;
-};
-
-/// The window that chooses the default character; the choice tells at the next start.
-class CharacterChooser : public QDialog {
-public:
-    /// `names` are the packages found; `preview` draws one of them, and may give a null pixmap.
-    CharacterChooser(CharacterSettings settings, const std::vector<std::string>& names,
-                     std::function<QPixmap(const std::string&)> preview);
-
-    void accept() override;
-
-protected:
-    void showEvent(QShowEvent* event) override;
-
-private:
-    CharacterSettings settings_;
-    std::function<QPixmap(const std::string&)> preview_;
-    QListWidget* names_;
-    QLabel* picture_;
+    QComboBox* key_;
 };
 
 }  // namespace velmora::qt

@@ -9,7 +9,11 @@ QString timePattern(const QLocale& locale) {
     bool quoted = false;
     for (const QChar letter : locale.timeFormat(QLocale::LongFormat)) {
         if (letter == u'\'') quoted = !quoted;
-        if (quoted || letter != u't') pattern += letter;
+        if (!quoted && letter == u'B') {
+            pattern += QStringLiteral("AP");  // a part of the day, such as "in the afternoon"
+        } else if (quoted || letter != u't') {
+            pattern += letter;
+        }
     }
     for (const auto& zone : {QStringLiteral("()"), QStringLiteral("[]")}) pattern.remove(zone);
     return pattern.trimmed();

@@ -99,7 +99,7 @@ TEST(Animator, HoldsTheLastPoseAndLeavesItByItsReturnClip) {
     EXPECT_TRUE(animator.atRest());
 }
 
-TEST(Animator, ALoopRepeatsUntilLeftAndAtLastStandsStill) {
+TEST(Animator, ALoopRepeatsUntilLeftAndItsExitBeginsAtOnce) {
     Rig rig = makeRig();
     rig.clips = {makeClip(rig, "Write")};
     rig.clips[0].loop = {0ms, 200ms};
@@ -110,14 +110,14 @@ TEST(Animator, ALoopRepeatsUntilLeftAndAtLastStandsStill) {
     animator.advance(300ms);
     EXPECT_TRUE(animator.free());
     EXPECT_DOUBLE_EQ(animator.pose()[0][Channel::rot], 45);
-    animator.leaveLoop();
-    animator.advance(500ms);
-    EXPECT_DOUBLE_EQ(animator.pose()[0][Channel::rot], 65);
-    animator.advance(600ms);
-    EXPECT_FALSE(animator.moving());
-
-    animator.start(rig.clips[0], 1s);
-    animator.advance(1h);
+    animator.advance(1h + 250ms);
+    EXPECT_DOUBLE_EQ(animator.pose()[0][Channel::rot], 22.5);
+    animator.leaveLoop(1h + 250ms);
+    animator.advance(1h + 250ms);
+    EXPECT_DOUBLE_EQ(animator.pose()[0][Channel::rot], 22.5) << "no jump";
+    animator.advance(1h + 430ms);
+    EXPECT_DOUBLE_EQ(animator.pose()[0][Channel::rot], 45);
+    animator.advance(1h + 450ms);
     EXPECT_FALSE(animator.moving());
 }
 

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
+#include <QPalette>
 #include <QScreen>
+#include <algorithm>
+#include <chrono>
 
 #include "agent/qt/balloon_place.h"
 #include "agent/qt/balloon_text.h"
@@ -95,6 +99,63 @@ TEST(BalloonWindow, NeverTakesMoreThanMostOfTheScreenAndTellsScreenReadersTheLin
     EXPECT_TRUE(screen.contains(balloon.geometry().adjusted(1, 1, -1, -1)));
     EXPECT_EQ(balloon.accessibleName(), line);
     EXPECT_EQ(balloon.accessibleDescription(), QStringLiteral("Merlin thinks"));
+    const auto* spoken = QAccessible::queryAccessibleInterface(&balloon);
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->role(), QAccessible::Notification);
+    EXPECT_EQ(spoken->text(QAccessible::Name), line);
+}
+
+TEST(BalloonWindow, FollowsAThemeOfHighContrastOnly) {
+    const QPalette before = QApplication::palette();
+    const QRect figure(QGuiApplication::primaryScreen()->geometry().center(), QSize(100, 100));
+    const auto paperOn = [&](const QColor& window, const QColor& text) {
+        QApplication::setPalette(QPalette(text, window, window, window, window, text, text, window, window));
+        Balloon balloon;
+        balloon.open(BalloonKind::speech, QStringLiteral("x"), {}, figure);
+        return balloon.grab().toImage().pixelColor(balloon.width() / 2, 6);
+    };
+    EXPECT_EQ(paperOn(Qt::black, Qt::white), QColor(Qt::black));
+    EXPECT_GT(paperOn(QColor(49, 54, 59), QColor(239, 240, 241)).lightness(), 200);
+    EXPECT_GT(paperOn(Qt::white, Qt::black).lightness(), 200);
+    QApplication::setPalette(before);
+}
+
+// The columns of an image that hold something dark.
+std::pair<int, int> inked(const QImage& image) {
+    int first = image.width();
+    int last = -1;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (qGray(image.pixel(x, y)) > 128) continue;
+            first = std::min(first, x);
+            last = x;
+        }
+    }
+    return {first, last};
+}
+
+TEST(BalloonText, WhatIsWrittenFromRightToLeftGrowsFromTheRight) {
+    BalloonText text;
+    const QString line = QStringLiteral("\u05e9\u05dc\u05d5\u05dd \u05dc\u05da \u05d9\u05d3\u05d9\u05d3");
+    text.set(line, QApplication::font(), {400, 100});
+    text.reveal(4);
+    const auto [first, last] = inked(drawn(text));
+    EXPECT_GT(first, text.size().width() / 3);
+    EXPECT_GT(last, text.size().width() - 5);
+    text.reveal(line.size());
+    EXPECT_LT(inked(drawn(text)).first, 5);
+}
+
+TEST(BalloonText, AMillionWordsAreLaidOutAsFarAsTheyAreShown) {
+    const QString line = QStringLiteral("wonder ").repeated(1'000'000);
+    BalloonText text;
+    text.set(line, QApplication::font(), {300, 200});
+    const auto start = std::chrono::steady_clock::now();
+    for (qsizetype end = 0; end < 70'000; end += 7) text.reveal(end);
+    text.reveal(line.size());
+    // All of it would be 7,000,000 letters in some 150,000 lines.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+    EXPECT_NE(inked(drawn(text)).second, -1);
 }
 
 }  // namespace

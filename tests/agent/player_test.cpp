@@ -3,87 +3,166 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
+#include <limits>
 #include <vector>
 
 namespace {
 
 using namespace agent;
-using testing::ElementsAre;
+using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+using testing::SizeIs;
 
-// A device that is heard a second late, at a thousand samples a second, says so for ever, and breaks when
-// told to.
-class FakeSink : public AudioSink {
-public:
-    struct Record {
-        std::size_t written = 0;
-        std::size_t late = 0;
-        std::size_t breaksAt = 1'000'000;
-        int drops = 0;
-    };
-    explicit FakeSink(Record& record) : record_(record) {}
+constexpr int rate = 1000;  // one sample a millisecond
+constexpr milliseconds never = milliseconds::max();
 
-    bool write(std::span<const std::int16_t> samples) override {
-        if (record_.written + samples.size() > record_.breaksAt) return false;
-        record_.written += samples.size();
-        record_.late = 1000;
-        return true;
-    }
-    std::chrono::microseconds delay() override { return std::chrono::milliseconds(record_.late); }
-    void drop() override { ++record_.drops; }
-
-private:
-    Record& record_;
+struct Device {
+    milliseconds latency{0};     // from being written to being heard, where nothing is before it
+    milliseconds opens{0};       // nothing is heard before this moment
+    milliseconds hangs = never;  // nothing is heard from this moment on
+    bool swallows = false;       // claims that all has been heard
+    bool keepsLatency = false;   // says so for ever
+    std::size_t breaksAt = std::numeric_limits<std::size_t>::max();
+    std::size_t written = 0;
+    std::optional<std::size_t> dropped = {};
 };
 
 class PlayerTest : public testing::Test {
 protected:
-    PlayerTest() {
-        host.stopped = [this] { return stopped; };
-        host.tell = [this](const SpeechEvent& event) { told.push_back(std::get<std::size_t>(event.what)); };
-        host.wait = [this](auto time) { waits.push_back(time); };
-    }
-    Player makePlayer() { return {std::make_unique<FakeSink>(device), host}; }
+    using Clock = std::chrono::steady_clock;
 
-    static Utterance twoWords() {
-        return {std::vector<std::int16_t>(1500), {{0, std::size_t{0}}, {900, std::size_t{1}}}};
+    // Plays at the pace of the test's clock.
+    class Sink : public AudioSink {
+    public:
+        explicit Sink(PlayerTest& test) : test_(test) {}
+
+        bool write(std::span<const std::int16_t> samples) override {
+            Device& device = test_.device;
+            if (device.written + samples.size() > device.breaksAt) return false;
+            ends_ = std::max({ends_, test_.time, device.opens}) + milliseconds(samples.size());
+            device.written += samples.size();
+            return true;
+        }
+        std::optional<std::chrono::microseconds> delay() override {
+            const Device& device = test_.device;
+            if (device.swallows) return 0ms;
+            const auto now = std::min(test_.time, device.hangs);
+            const auto heard = ends_ + device.latency;
+            // A guess at progress, while there is none.
+            if (test_.time < device.opens) return ends_ - device.opens - 1ms;
+            if (device.keepsLatency) return std::max(heard - now, device.latency);
+            return std::max(heard - now, 0ms);
+        }
+        void drop(std::size_t unheard) override { test_.device.dropped = unheard; }
+
+    private:
+        PlayerTest& test_;
+        milliseconds ends_{0};
+    };
+
+    Player makePlayer(bool silent = false) {
+        return {silent ? nullptr : std::make_unique<Sink>(*this),
+                {.sampleRate = rate,
+                 .now = [this] { return Clock::time_point(time); },
+                 .tell = [this](auto&) { told.push_back(time); }}};
     }
 
-    bool stopped = false;
-    std::vector<std::size_t> told;
-    std::vector<std::chrono::steady_clock::time_point> waits;
-    FakeSink::Record device;
-    PlayerHost host{.sampleRate = 1000, .stopped = {}, .wait = {}, .tell = {}};
+    // A second and a half, with three events.
+    static Utterance speech() {
+        return {std::vector<std::int16_t>(1500),
+                {{0, std::size_t{0}}, {710, Mouth::A}, {1500, std::size_t{1}}}};
+    }
+
+    // Pumps when the player wants to be pumped, until it is done or this much time has gone.
+    void run(Player& player, milliseconds atMost = 10s) {
+        const auto end = time + atMost;
+        while (!player.done() && time < end) {
+            const auto next = std::chrono::ceil<milliseconds>(player.pump().time_since_epoch());
+            ASSERT_GT(next, time);
+            if (!player.done()) time = std::min(next, end);
+        }
+    }
+
+    milliseconds time{5000};
+    std::vector<milliseconds> told;  // when
+    Device device;
 };
 
-TEST_F(PlayerTest, TellsAWordWhenItIsHeardAndNotWhenItIsWritten) {
+TEST_F(PlayerTest, EachEventIsToldWhenItsSampleIsHeardWhateverTheDeviceDoes) {
+    struct Case {
+        const char* what;
+        Device device;
+        bool silent = false;
+        milliseconds late{0};
+    };
+    const std::vector<Case> cases = {
+        {"no device", {}, true},
+        {"a device", {}},
+        {"a device with some latency", {.latency = 120ms}, false, 120ms},
+        {"one that opens late", {.opens = 5300ms}, false, 300ms},
+        {"one that has silence to play first", {.opens = 7000ms}, false, 2000ms},
+        {"one that takes all at once", {.swallows = true}, false, -40ms},
+        {"one that breaks at once", {.breaksAt = 0}},
+        {"one that breaks later", {.breaksAt = 600}},
+        {"one that never begins", {.hangs = 0ms}},
+        {"one that hangs in the middle", {.hangs = 5400ms}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        time = 5000ms;
+        told.clear();
+        device = c.device;
+        auto player = makePlayer(c.silent);
+        player.add(speech());
+        player.close();
+        run(player);
+        ASSERT_THAT(told, SizeIs(3));
+        const bool hangs = device.hangs != never;
+        EXPECT_NEAR((told[0] - 5010ms - std::max(c.late, 0ms)).count(), 0, device.hangs == 0ms ? 2500 : 10);
+        EXPECT_NEAR((told[1] - 5710ms - c.late).count(), 0, hangs ? 2500 : 5);
+        EXPECT_NEAR((told[2] - 6500ms - c.late).count(), 0, hangs ? 1100 : 5);
+    }
+}
+
+TEST_F(PlayerTest, ADeviceThatReportsItsLatencyForEverEndsTheLineAllTheSame) {
+    device = {.latency = 100ms, .keepsLatency = true};
     auto player = makePlayer();
-    player.play(twoWords());
-    EXPECT_EQ(device.written, 1500U);
-    EXPECT_THAT(told, ElementsAre(0));
-    player.finish();
-    EXPECT_THAT(told, ElementsAre(0, 1));
-    ASSERT_EQ(waits.size(), 2U);
-    EXPECT_NEAR(std::chrono::duration<double>(waits[1] - waits[0]).count(), 0.6, 1e-6);
+    player.add(speech());
+    player.close();
+    run(player);
+    EXPECT_TRUE(player.done());
+    EXPECT_LE(time, 7200ms);
+}
+
+TEST_F(PlayerTest, APieceThatComesLateGoesOnFromTheMomentItComes) {
+    auto player = makePlayer();
+    player.add(speech());
+    run(player, 3s);
+    EXPECT_FALSE(player.done());
+    player.add(speech());
+    player.close();
+    run(player);
+    EXPECT_NEAR((told.back() - 9500ms).count(), 0, 5);
+}
+
+TEST_F(PlayerTest, OnlyALittleIsHandedOutAheadOfWhatIsHeard) {
+    auto player = makePlayer();
+    player.add({std::vector<std::int16_t>(60'000), {}});
+    run(player, 1s);
+    EXPECT_GE(device.written, 1000U);
+    EXPECT_LE(device.written, 1400U);
+    EXPECT_NEAR(static_cast<double>(player.left().count()), 59e6, 0.1e6);
 }
 
 TEST_F(PlayerTest, StoppedItDropsWhatIsNotHeardAndTellsNothingMore) {
     auto player = makePlayer();
-    player.play(twoWords());
-    stopped = true;
-    player.play(twoWords());
-    player.finish();
-    EXPECT_EQ(device.written, 1500U);
-    EXPECT_EQ(device.drops, 1);
-    EXPECT_THAT(told, ElementsAre(0));
-}
-
-TEST_F(PlayerTest, GoesOnInSilenceWhenTheDeviceIsLost) {
-    device.breaksAt = 1440;
-    auto player = makePlayer();
-    player.play(twoWords());
-    player.finish();
-    EXPECT_THAT(told, ElementsAre(0, 1));
+    player.add(speech());
+    run(player, 600ms);
+    player.stop();
+    ASSERT_TRUE(device.dropped);
+    EXPECT_NEAR(static_cast<double>(device.written - *device.dropped), 600, 5);
+    run(player, 2s);
+    EXPECT_THAT(told, SizeIs(1));
 }
 
 }  // namespace

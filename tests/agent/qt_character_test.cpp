@@ -6,8 +6,10 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QTimer>
 #include <chrono>
+#include <climits>
 
 namespace {
 
@@ -47,6 +49,7 @@ protected:
         character = std::move(std::get<std::unique_ptr<QtCharacter>>(loaded));
         queue = std::make_unique<RequestQueue>(*character, postTo(*character));
         character->onClick = [this](int button, int, int, int) { clicks.push_back(button); };
+        character->onPlaced = [this](QPoint corner) { places.push_back(corner); };
         character->onDoubleClick = [this](int button, int, int, int) { doubleClicks.push_back(button); };
     }
 
@@ -75,6 +78,7 @@ protected:
     FakeVoice::Record voice;
     std::vector<int> clicks;
     std::vector<int> doubleClicks;
+    std::vector<QPoint> places;
     std::unique_ptr<QtCharacter> character;
     std::unique_ptr<RequestQueue> queue;
 };
@@ -167,6 +171,57 @@ TEST_F(QtCharacterTest, APressAndMoveDragsAndIsNoClick) {
     mouse(QEvent::MouseButtonRelease, at - QPoint(60, 40));
     EXPECT_THAT(clicks, ElementsAre(1));
     EXPECT_EQ(character->window()->pos(), before - QPoint(60, 40));
+    EXPECT_THAT(places, ElementsAre(before - QPoint(60, 40)));
+}
+
+Balloon* openBalloon() {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* balloon = dynamic_cast<Balloon*>(window); balloon != nullptr && balloon->isVisible())
+            return balloon;
+    }
+    return nullptr;
+}
+
+TEST_F(QtCharacterTest, TheBalloonGoesWhereTheFigureIsDraggedAndAHiddenFigureSlipsFromTheHand) {
+    show();
+    queue->ask({Action::speak, "Where to?"});
+    ASSERT_TRUE(until([&] { return openBalloon() != nullptr; }));
+    const QPoint before = openBalloon()->pos();
+    const QPoint at = character->window()->geometry().center();
+    mouse(QEvent::MouseButtonPress, at);
+    mouse(QEvent::MouseMove, at - QPoint(100, 60));
+    ASSERT_NE(openBalloon(), nullptr);
+    EXPECT_LT(openBalloon()->y(), before.y());
+    queue->stopAll();
+    const auto hidden = queue->ask({Action::hide, {}});
+    ASSERT_TRUE(until([&] { return ended(hidden); }));
+    const QPoint left = character->window()->pos();
+    mouse(QEvent::MouseMove, at - QPoint(200, 200));
+    EXPECT_EQ(character->window()->pos(), left);
+}
+
+TEST_F(QtCharacterTest, GrowsFromItsFeetAndStaysOnTheScreenAtAnyScale) {
+    show();
+    const QRect before = character->window()->geometry();
+    const QRect screen = character->window()->screen()->availableGeometry();
+    for (const double scale : {1.0, 2.0, 3.0, 1e9, 0.5}) {
+        character->setScale(scale);
+        const QRect window(character->window()->pos(), character->window()->size());
+        EXPECT_EQ(character->picture().width(), window.width());
+        EXPECT_GE(window.left(), screen.left());
+        EXPECT_GE(window.top(), screen.top());
+    }
+    EXPECT_EQ(character->window()->size(), before.size());
+}
+
+TEST(QtCharacterPlace, BeginsWhereItIsToldToIfThatIsOnAScreen) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const QPoint wanted : {QPoint(11, 22), QPoint(-9'000, 99'999), QPoint(INT_MAX, INT_MIN)}) {
+        auto loaded = QtCharacter::load(CHARACTERS, "Robby", {.scale = 0.5, .position = wanted});
+        const auto& figure = std::get<std::unique_ptr<QtCharacter>>(loaded);
+        EXPECT_TRUE(screen.contains(QRect(figure->window()->pos(), figure->window()->size())));
+        EXPECT_EQ(figure->window()->pos() == wanted, wanted == QPoint(11, 22));
+    }
 }
 
 TEST_F(QtCharacterTest, ADoubleClickIsOneClickAndOneDoubleClick) {

@@ -27,7 +27,7 @@ TEST(SpeechText, TagsAreNeitherShownNorSaidAndMapSaysOneTextAndShowsTheOther) {
         {R"(\Map="see you"="CU"\ later)", "CU later", "[see you][later]"},
         {R"((\MAP="a"="b c"\).)", "(b c).", "[(a).]"},
         {R"(\map=""="shown"\\Map="said"=""\)", "shown", "[said]"},
-        {R"(One\Pau=200\two \Emp\three\RST\)", "Onetwo three", "[Onetwo][three]"},
+        {R"(One\Pau=200\two \Emp\three\RST\)", "Onetwo three", "[One][two][three]"},
         {R"(\Chr="whisper"\\Ctx="E-mail"\\Lst\\Mrk=7\\Pit=90\\Spd=120\\Vol=65535\x)", "x", "[x]"},
         {R"(\\Emp\\)", R"(\Emp\)", R"([\Emp\])"},
         {R"(C:\Temp\Song.mid)", R"(C:\Temp\Song.mid)", R"([C:\Temp\Song.mid])"},
@@ -47,6 +47,67 @@ TEST(SpeechText, WhatIsNotQuiteATagIsText) {
           R"(\Map="a"\)", R"(\Map="a"="b")", R"(\Map="a)", R"(\Emp =\)", R"(\Foo=1\)", R"(\)", R"(\Rst)"}) {
         EXPECT_EQ(shownText(text), text);
     }
+}
+
+// What is not as usual about a word.
+std::string manner(const SpokenWord& word) {
+    const auto& how = word.delivery;
+    std::string text = word.spoken;
+    if (how.pitch) text += " pitch " + std::to_string(*how.pitch);
+    if (how.rate) text += " rate " + std::to_string(*how.rate);
+    if (how.volume != Delivery::fullVolume) text += " volume " + std::to_string(how.volume);
+    if (how.character == Delivery::Character::monotone) text += " monotone";
+    if (how.character == Delivery::Character::whisper) text += " whisper";
+    if (how.context == Delivery::Context::address) text += " address";
+    if (how.context == Delivery::Context::eMail) text += " e-mail";
+    if (word.stressed) text += " stressed";
+    if (word.bookmark != 0) text += " mark " + std::to_string(word.bookmark);
+    if (word.pause.count() != 0) text += " pause " + std::to_string(word.pause.count());
+    return text;
+}
+
+TEST(SpeechText, TagsSayHowTheWordsBehindThemAreSaid) {
+    struct Case {
+        std::string text;
+        std::vector<std::string> words;
+    };
+    const std::vector<Case> cases = {
+        {R"(a \spd=200\b c \Rst\d)", {"a", "b rate 200", "c rate 200", "d"}},
+        {R"(\Pit=100\a\PIT=1\b\Pit=4000000000\c)", {"a pitch 100", "b pitch 40", "c pitch 400"}},
+        {R"(\Spd=1\a\Spd=9999\b)", {"a rate 80", "b rate 450"}},
+        {R"(\Vol=0\a \Vol=65535\b)", {"a volume 0", "b"}},
+        {R"(\Chr="MONOTONE"\a \Chr="whisper"\b \Chr="Normal"\c)", {"a monotone", "b whisper", "c"}},
+        {R"(\Ctx="Address"\a \Ctx="e-mail"\b \Ctx="Unknown"\c)", {"a address", "b e-mail", "c"}},
+        {R"(\Emp\a b \Emp\ c)", {"a stressed", "b", "c stressed"}},
+        {R"(\Mrk=3\a \Mrk=4\\Mrk=5\b\Mrk=6\)", {"a mark 3", " mark 4", "b mark 5", " mark 6"}},
+        {R"(a\Pau=200\\Pau=50\b\Pau=4000000000\)", {"a", "b pause 250", " pause 60000"}},
+        {R"(\Emp\\Mrk=1\\Pau=9\a)", {" mark 1", "a stressed pause 9"}},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> words;
+        for (const auto& word : parseSpeech(c.text).words) words.push_back(manner(word));
+        EXPECT_EQ(words, c.words) << c.text;
+    }
+}
+
+TEST(SpeechText, AMapOfAnyLengthIsSaidInPortionsAndShownAtOnce) {
+    std::string said;
+    for (int i = 0; i < 100'000; ++i) said += "la la la ";
+    const auto line = parseSpeech("\\Map=\"" + said + "\"=\"song\"\\ over");
+    std::size_t length = 0;
+    for (const auto& word : line.words) {
+        EXPECT_LE(word.spoken.size(), 400U);
+        length += word.spoken.size() + 1;
+    }
+    EXPECT_EQ(line.shown, "song over");
+    EXPECT_EQ(line.words.front().shownEnd, 4U);
+    EXPECT_EQ(length, said.size() + 6);
+}
+
+TEST(SpeechText, TheLastLineIsAskedForByLstAlone) {
+    EXPECT_TRUE(asksForLastLine(R"(\LST\)"));
+    for (const char* text : {"", R"(\Lst)", R"(\Lst\ )", R"(\Lst\x)", R"(\Emp\)"})
+        EXPECT_FALSE(asksForLastLine(text));
 }
 
 TEST(SpeechText, AnyBytesAreTakenAndEveryWordEndsInsideTheLine) {
@@ -98,10 +159,22 @@ TEST(SpeechText, LongLineIsTakenInPartsThatBreakNoWordTagOrLetter) {
     for (const auto& [line, parts] : cases) {
         std::string_view rest = line;
         std::vector<std::string> taken;
-        do taken.push_back(takeSpeech(rest, 4).shown);
+        Delivery delivery;
+        do taken.push_back(takeSpeech(rest, 4, delivery).shown);
         while (!rest.empty());
         EXPECT_EQ(taken, parts) << line;
     }
+}
+
+TEST(SpeechText, TagsHoldBeyondThePartOfALineInWhichTheyStand) {
+    std::string_view rest = R"(one\Spd=200\ two\Emp\ three \Vol=0\four)";
+    Delivery delivery;
+    std::vector<std::string> words;
+    while (!rest.empty()) {
+        for (const auto& word : takeSpeech(rest, 8, delivery).words) words.push_back(manner(word));
+    }
+    EXPECT_EQ(words, (std::vector<std::string>{"one", "two rate 200", "three rate 200 stressed",
+                                               "four rate 200 volume 0"}));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 namespace velmora {
 namespace {
@@ -20,16 +21,19 @@ std::vector<std::string> commandFor(const std::string& folder, const std::vector
     return words;
 }
 
-std::vector<std::string> ownEnvironment() {
-    std::vector<std::string> variables;
-    for (char** variable = environ; *variable; ++variable) variables.emplace_back(*variable);
+/// This process's, in a region that writes dates and times the same way on every machine.
+std::vector<std::string> americanEnvironment() {
+    std::vector<std::string> variables{"LC_ALL=en_US.UTF-8"};
+    for (char** variable = environ; *variable; ++variable) {
+        if (!std::string_view(*variable).starts_with("LC_ALL=")) variables.emplace_back(*variable);
+    }
     return variables;
 }
 
 }  // namespace
 
 TerminalSession::TerminalSession(const std::string& folder, const std::vector<std::string>& arguments)
-    : program_(commandFor(folder, arguments), ownEnvironment()) {}
+    : program_(commandFor(folder, arguments), americanEnvironment()) {}
 
 blackbox::ChildProcess::Clock::time_point TerminalSession::deadline() {
     return blackbox::ChildProcess::Clock::now() + 60s;

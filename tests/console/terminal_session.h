@@ -8,8 +8,8 @@
 
 namespace velmora {
 
-/// The real program in its terminal host, with a folder of its own, driven through pipes. What does not come
-/// within a generous time is an exception.
+/// The real program in its terminal host, with a folder of its own, driven through pipes, in the region
+/// en-US. What does not come within a generous time is an exception.
 class TerminalSession {
 public:
     /// `arguments` follow `--console --folder FOLDER`.

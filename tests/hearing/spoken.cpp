@@ -19,12 +19,19 @@ std::string little(std::uint32_t value, int bytes) {
 }  // namespace
 
 agent::Samples spoken(const std::string& words) {
-    const agent::Synthesizer synthesizer;
-    const agent::VoiceParameters voice{"en-us+m3", "en-us", 140, 40, 50};
-    const auto said = synthesizer.synthesize(agent::parseSpeech(words).words, 0, voice, [] { return false; });
+    const auto synthesizer = agent::openEspeak();
+    const agent::VoiceParameters voice{
+        .name = "en-us+m3", .fallback = "en-us", .rate = 140, .pitch = 40, .range = 50};
+    const auto parsed = agent::parseSpeech(words);
     std::string data;
-    for (const std::int16_t sample : said.samples) data += little(static_cast<std::uint16_t>(sample), 2);
-    const auto rate = static_cast<unsigned>(synthesizer.sampleRate());
+    synthesizer->speak({.words = parsed.words}, voice,
+                       {.receive =
+                            [&data](const agent::Utterance& piece) {
+                                for (const std::int16_t sample : piece.samples)
+                                    data += little(static_cast<std::uint16_t>(sample), 2);
+                            },
+                        .stopped = [] { return false; }});
+    const auto rate = static_cast<unsigned>(synthesizer->sampleRate());
     const auto read = agent::readWav(
         temporaryFile("spoken.wav", wavBytes({.rate = rate}, data, static_cast<std::uint32_t>(data.size()))));
     agent::Samples samples = std::get<agent::Samples>(read);

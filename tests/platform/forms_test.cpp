@@ -46,6 +46,7 @@ public:
                          1};
     ComboBox comNames{*this, "comNames", {.List = {"Item 1", "Item 2"}}};
     DTPicker dtWhen{*this, "dtWhen"};
+    DTPicker dtTime{*this, "dtTime", {.Shows = PickerKind::time}};
     TabStrip tabPages{*this, "tabPages", {.Rows = {{.Text = "One"}, {.Text = "Two"}}}};
     ListView lvRows{*this, "lvRows"};
     Timer tmrTick{*this, "tmrTick", {.Interval = 10}, &FrmSample::tmrTick_Timer};
@@ -176,7 +177,10 @@ TEST_F(FormsTest, WhatAPersonCanNotDoIsRefusedAndChangesNothing) {
     EXPECT_FALSE(form.txtName.click());
     EXPECT_FALSE(form.comNames.select(2));
     EXPECT_FALSE(form.lvRows.select(1));
-    EXPECT_FALSE(form.dtWhen.type("2026-02-30"));
+    for (const char* date : {"2026-02-30", "10:00:00", "2026-03-05 10:00:00", "26-03-05", ""})
+        EXPECT_FALSE(form.dtWhen.type(date)) << date;
+    for (const char* time : {"24:00:00", "2026-03-05", "2026-03-05 10:00:00", "10", ""})
+        EXPECT_FALSE(form.dtTime.type(time)) << time;
     EXPECT_FALSE(form.chkOn.type("yes"));
     EXPECT_FALSE(form.mnuSep.click());
     EXPECT_THAT(form.taken(), IsEmpty());

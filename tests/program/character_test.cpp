@@ -92,9 +92,10 @@ TEST_F(CharacterTest, BarsAreAlternativesAndTagsAreNotShown) {
     program.run([](Program& inside) {
         inside.character().Character->Speak("Huh?|What?");
         inside.character().Character->Speak("Version 1\\Map=\"point\"=\".\"\\2");
+        inside.character().Character->Speak("\\Lst\\");
     });
     const auto said = program.takeSaid();
-    EXPECT_THAT(said, ElementsAre(AnyOf("Huh?", "What?"), "Version 1.2"));
+    EXPECT_THAT(said, ElementsAre(AnyOf("Huh?", "What?"), "Version 1.2", "Version 1.2"));
 }
 
 TEST_F(CharacterTest, TrayBringsTheWindowAndTheMenu) {

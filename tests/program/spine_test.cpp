@@ -1,6 +1,6 @@
-#include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <algorithm>
 
 #include "core/crypter.h"
 #include "tests/support/simulated_machine.h"

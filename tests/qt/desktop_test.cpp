@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -12,6 +13,7 @@
 #include <QTest>
 #include <map>
 
+#include "platform/qt/character_chooser.h"
 #include "platform/qt/character_options.h"
 #include "platform/qt/qt_loop_host.h"
 #include "platform/qt/qt_shell.h"
@@ -108,40 +110,59 @@ TEST_F(DesktopTest, TheTrayTellsLeftAndRightClicksInTurns) {
 }
 
 TEST_F(DesktopTest, TheOptionsShowWhatIsSetAndWriteOnlyWhatWasChanged) {
-    file.values = {{"Speech.Device", "file:/tmp/said.wav"}, {"Speech.Rate", "rubbish"}};
+    file.values = {{"Speech.Device", "file:/tmp/said.wav"},
+                   {"Speech.Rate", "rubbish"},
+                   {"Character.Size", "88"},
+                   {"Character.Balloon", "false"}};
     qt::SpeechChoice heard;
-    qt::SpeechOptions options(settings, {"en-gb", "en-us"},
-                              [&](const qt::SpeechChoice& choice) { heard = choice; });
+    int applied = 0;
+    qt::CharacterOptions options(
+        settings, {"en-gb", "en-us"},
+        {.figure = nullptr, .speak = [&](const qt::SpeechChoice& choice) { heard = choice; }},
+        [&] { ++applied; });
     options.show();
     const auto numbers = options.findChildren<QSpinBox*>();
+    const auto boxes = options.findChildren<QComboBox*>();
+    const auto checks = options.findChildren<QCheckBox*>();
+    EXPECT_EQ(boxes[0]->currentText(), QStringLiteral("88 %"));
+    EXPECT_EQ(boxes[3]->currentText(), QStringLiteral("Scroll Lock"));
+    EXPECT_FALSE(checks[0]->isChecked());
+    EXPECT_FALSE(checks[1]->isEnabled()) << "without a balloon, there is none to close";
     EXPECT_EQ(numbers[0]->value(), numbers[0]->minimum());
     numbers[1]->setValue(70);
-    options.findChildren<QComboBox*>().first()->setCurrentIndex(2);
+    boxes[1]->setCurrentIndex(2);
     options.findChild<QPushButton*>(QStringLiteral("tryIt"))->click();
     EXPECT_EQ(heard.voice + "/" + heard.rate + "/" + heard.pitch, "en-us//70");
-    EXPECT_EQ(file.values.size(), 2U);
+    EXPECT_EQ(file.values.size(), 4U);
 
     QTest::keyClick(&options, Qt::Key_Escape);
     options.show();
     EXPECT_EQ(numbers[1]->value(), numbers[1]->minimum()) << "what was cancelled is forgotten";
+    EXPECT_EQ(applied, 0);
     numbers[1]->setValue(70);
+    checks[2]->setChecked(false);
     options.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
     EXPECT_FALSE(options.isVisible());
-    EXPECT_THAT(file.values, ElementsAre(Pair("Speech.Device", "file:/tmp/said.wav"),
-                                         Pair("Speech.Pitch", "70"), Pair("Speech.Rate", "")));
+    EXPECT_EQ(applied, 1);
+    EXPECT_THAT(file.values,
+                ElementsAre(Pair("Character.Balloon", "false"), Pair("Character.Idle", "False"),
+                            Pair("Character.Size", "88"), Pair("Speech.Device", "file:/tmp/said.wav"),
+                            Pair("Speech.Pitch", "70"), Pair("Speech.Rate", "")));
 }
 
-TEST_F(DesktopTest, TheChooserPreviewsCharactersAndKeepsTheOneChosen) {
+TEST_F(DesktopTest, TheChooserShowsAPictureOfEachCharacterAndKeepsTheOneChosen) {
     std::vector<std::string> drawn;
     qt::CharacterChooser chooser(settings, {"Genie", "Merlin"}, [&](const std::string& name) {
         drawn.push_back(name);
         return QPixmap();
     });
     chooser.show();
-    EXPECT_THAT(drawn, ElementsAre("Merlin"));
-    QTest::keyClick(chooser.findChild<QListWidget*>(), Qt::Key_Up);
-    EXPECT_EQ(drawn.back(), "Genie");
-    QTest::keyClick(chooser.findChild<QListWidget*>(), Qt::Key_Return);
+    while (drawn.size() < 2) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_THAT(drawn, ElementsAre("Genie", "Merlin"));
+    auto* list = chooser.findChild<QListWidget*>();
+    EXPECT_EQ(list->currentItem()->text(), QStringLiteral("Merlin"));
+    QTest::keyClick(list, Qt::Key_Left);
+    QTest::keyClick(list, Qt::Key_Return);
     EXPECT_THAT(file.values, ElementsAre(Pair("Character.Default", "Genie")));
     EXPECT_FALSE(chooser.isVisible());
 }

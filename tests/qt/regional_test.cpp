@@ -35,7 +35,8 @@ TEST(Regional, RegionsWriteTheirOwnWayWithTheWholeYear) {
     for (const auto& [name, text] :
          {Case{"en_US", "3/5/2026 1:04:09 PM"}, Case{"en_GB", "05/03/2026 13:04:09"},
           Case{"de_DE", "05.03.2026 13:04:09"}, Case{"sv_SE", "2026-03-05 13:04:09"},
-          Case{"C", "5 Mar 2026 13:04:09"}, Case{"ar_EG", "5/3/2026 1:04:09 م"}}) {
+          Case{"C", "5 Mar 2026 13:04:09"}, Case{"ar_EG", "5/3/2026 1:04:09 م"},
+          Case{"zh_TW", "2026/3/5 下午1:04:09"}}) {
         std::string written =
             PatternRegional(qt::regionalForm(QLocale(QString::fromLatin1(name)))).text(value);
         for (const std::string_view mark : {"\u200f", "\u200e"}) {  // of direction, which can't be seen

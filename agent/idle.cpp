@@ -1,4 +1,4 @@
-#include "agent/qt/idle.h"
+#include "agent/idle.h"
 
 #include <array>
 #include <string_view>

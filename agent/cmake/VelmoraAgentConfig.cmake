@@ -1,0 +1,10 @@
+# The targets VelmoraAgent::agent (no toolkit), VelmoraAgent::qt (its window) and VelmoraAgent::voice.
+include(CMakeFindDependencyMacro)
+find_dependency(Qt6 COMPONENTS Widgets Svg)
+find_dependency(Threads)
+find_dependency(PkgConfig)
+pkg_check_modules(XCB_SHAPE REQUIRED IMPORTED_TARGET xcb xcb-shape)
+pkg_check_modules(ESPEAK REQUIRED IMPORTED_TARGET espeak-ng)
+pkg_check_modules(PULSE_SIMPLE REQUIRED IMPORTED_TARGET libpulse-simple)
+pkg_check_modules(ALSA REQUIRED IMPORTED_TARGET alsa)
+include("${CMAKE_CURRENT_LIST_DIR}/VelmoraAgentTargets.cmake")

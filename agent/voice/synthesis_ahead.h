@@ -1,0 +1,57 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "agent/speech_text.h"
+#include "agent/voice/synthesizer.h"
+
+namespace agent {
+
+/// Synthesises a line in a thread of its own, some seconds ahead of whoever takes the pieces: however long
+/// the line is, only so much of it is in memory as speech.
+class SynthesisAhead {
+public:
+    /// `synthesizer` and `line` outlive this. `wake` is called in the thread whenever there is something new.
+    SynthesisAhead(Synthesizer& synthesizer, const SpokenLine& line, VoiceParameters parameters,
+                   std::function<void()> wake);
+
+    /// Gives up what is not yet taken.
+    ~SynthesisAhead();
+
+    SynthesisAhead(const SynthesisAhead&) = delete;
+    SynthesisAhead& operator=(const SynthesisAhead&) = delete;
+
+    /// The next piece, if there is one by now.
+    std::optional<Utterance> take();
+
+    /// Whether everything has been taken.
+    bool finished();
+
+private:
+    void run();
+    void speak(std::span<const SpokenWord> words, std::size_t first, const SpeechReceiver& receiver);
+    void pause(std::chrono::milliseconds time);
+    void put(Utterance utterance);
+    bool stopped();
+
+    Synthesizer& synthesizer_;
+    const SpokenLine& line_;
+    const VoiceParameters parameters_;
+    const std::function<void()> wake_;
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Utterance> ready_;
+    std::size_t samples_ = 0;  ///< in `ready_`
+    bool stopped_ = false;
+    bool ended_ = false;
+    std::thread thread_;
+};
+
+}  // namespace agent

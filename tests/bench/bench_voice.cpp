@@ -1,0 +1,229 @@
+// How soon a voice begins, how soon it falls silent, and how far words and mouth are from the sound.
+
+#include <algorithm>
+#include <condition_variable>
+#include <cstdlib>
+#include <ctime>
+#include <deque>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "agent/voice/device_thread.h"
+#include "agent/voice/phrases.h"
+#include "agent/voice/speech_worker.h"
+#include "agent/voice/voice.h"
+#include "tests/bench/benchmark.h"
+
+namespace {
+
+using namespace agent;
+using namespace velmora::bench;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr int runs = 21;
+const char* const line =
+    "You have a new message from Anna in your mailbox, and she wants to have lunch with you.";
+
+double milliseconds(Clock::duration time) {
+    return std::chrono::duration<double, std::milli>(time).count();
+}
+
+// The caller's event loop.
+class Loop {
+public:
+    Post post() {
+        return [this](std::function<void()> step) {
+            const std::lock_guard lock(mutex_);
+            steps_.push_back(std::move(step));
+            arrived_.notify_all();
+        };
+    }
+    void runUntil(const std::function<bool()>& condition) {
+        while (!condition()) {
+            std::unique_lock lock(mutex_);
+            if (!arrived_.wait_for(lock, 30s, [this] { return !steps_.empty(); }))
+                throw std::runtime_error("the voice is stuck");
+            const auto step = std::move(steps_.front());
+            steps_.pop_front();
+            lock.unlock();
+            step();
+        }
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::deque<std::function<void()>> steps_;
+};
+
+// What a device was asked, and when.
+struct Record {
+    Clock::time_point firstSample{};
+    Clock::time_point dropped{};
+};
+
+class RecordingSink : public AudioSink {
+public:
+    RecordingSink(Record& record, std::unique_ptr<AudioSink> device)
+        : record_(record), device_(std::move(device)) {}
+
+    bool write(std::span<const std::int16_t> samples) override {
+        if (record_.firstSample == Clock::time_point()) record_.firstSample = Clock::now();
+        return !device_ || device_->write(samples);
+    }
+    std::optional<std::chrono::microseconds> delay() override {
+        return device_ ? device_->delay() : std::nullopt;
+    }
+    void drop(std::size_t unheard) override {
+        if (device_) device_->drop(unheard);
+        record_.dropped = Clock::now();
+    }
+
+private:
+    Record& record_;
+    std::unique_ptr<AudioSink> device_;
+};
+
+// The real device, if there is one, in its thread.
+OpenSink recorded(Record& record, bool sound) {
+    return [&record, sound](int rate) -> std::unique_ptr<AudioSink> {
+        auto open = [&record, sound](int sampleRate) -> std::unique_ptr<AudioSink> {
+            auto device = sound ? openPulse(sampleRate) : nullptr;
+            if (sound && !device) return nullptr;
+            return std::make_unique<RecordingSink>(record, std::move(device));
+        };
+        if (sound) return std::make_unique<DeviceThread>(open, rate);
+        return open(rate);
+    };
+}
+
+void firstSample(const std::string& name, bool sound) {
+    std::vector<double> times;
+    Record record;
+    Loop loop;
+    const auto voice = makeVoice({.name = name, .fallback = name}, recorded(record, sound), loop.post());
+    for (int run = -1; run < runs; ++run) {
+        record = {};
+        bool begun = false;
+        const auto start = Clock::now();
+        voice->speak(parseSpeech(line), {.onWord = [&](std::size_t) { begun = true; }});
+        loop.runUntil([&] { return begun; });
+        // The first run loads the engine.
+        if (run >= 0) times.push_back(milliseconds(record.firstSample - start));
+    }
+    voice->stop();
+    const std::string what = "first sample, " + name + (sound ? ", PulseAudio" : ", no device");
+    report(what, median(times), "ms", "median of " + std::to_string(runs) + ", until a device is given it");
+    report(what + ", slowest", std::ranges::max(times), "ms", "of " + std::to_string(runs));
+}
+
+double processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+// What the engine itself needs, however busy the machine is.
+void workToBegin(const std::string& name) {
+    const VoiceParameters parameters{.name = name, .fallback = name};
+    const auto engine = openSynthesizer(parameters);
+    const auto words = parseSpeech(line).words;
+    const auto count = phraseLength(words, engine->limits().first);
+    std::vector<double> times;
+    for (int run = -1; run < runs; ++run) {
+        bool begun = false;
+        const double start = processorTime();
+        engine->speak({.words = std::span(words).first(count), .endsSentence = false}, parameters,
+                      {.receive =
+                           [&](const Utterance&) {
+                               if (!std::exchange(begun, true) && run >= 0)
+                                   times.push_back(processorTime() - start);
+                           },
+                       .stopped = [&] { return begun; }});
+    }
+    report("processor time to the first sample, " + name, median(times), "ms",
+           "median of " + std::to_string(runs));
+}
+
+void stopping(bool sound) {
+    std::vector<double> times;
+    Record record;
+    Loop loop;
+    const auto voice =
+        makeVoice({.name = "en-us", .fallback = "en-us"}, recorded(record, sound), loop.post());
+    for (int run = 0; run < runs; ++run) {
+        record = {};
+        bool told = false;
+        voice->speak(parseSpeech(line), {.onWord = [&](std::size_t word) { told = word == 1; }});
+        loop.runUntil([&] { return told; });
+        const auto start = Clock::now();
+        voice->stop();
+        bool ended = false;
+        voice->speak({}, {.onEnd = [&] { ended = true; }});
+        loop.runUntil([&] { return ended; });
+        times.push_back(milliseconds(record.dropped - start));
+    }
+    report(sound ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",
+           "the slowest of " + std::to_string(runs) + ", until the device has dropped the rest");
+}
+
+// Against the moments at which the samples of the events are heard, if the first one came in time.
+void alignment(const std::string& name, bool sound) {
+    std::vector<double> expected;
+    const auto engine = openSynthesizer({.name = name, .fallback = name});
+    const VoiceParameters parameters{.name = name, .fallback = name};
+    const auto words = parseSpeech("Four words and more").words;
+    std::size_t before = 0;
+    engine->speak({.words = words}, parameters,
+                  {.receive =
+                       [&](const Utterance& piece) {
+                           for (const auto& event : piece.events)
+                               expected.push_back(1000.0 * static_cast<double>(before + event.sample) /
+                                                  engine->sampleRate());
+                           before += piece.samples.size();
+                       },
+                   .stopped = [] { return false; }});
+    Record record;
+    Loop loop;
+    const auto voice = makeVoice(parameters, recorded(record, sound), loop.post());
+    std::vector<Clock::time_point> told;
+    bool ended = false;
+    const auto note = [&](auto) { told.push_back(Clock::now()); };
+    voice->speak(parseSpeech("Four words and more"),
+                 {.onWord = note, .onMouth = note, .onEnd = [&] { ended = true; }});
+    loop.runUntil([&] { return ended; });
+    if (told.size() != expected.size()) throw std::runtime_error("events are missing");
+    std::vector<double> off;
+    for (std::size_t i = 0; i < told.size(); ++i)
+        off.push_back(milliseconds(told[i] - told[0]) - (expected[i] - expected[0]));
+    const auto [least, most] = std::ranges::minmax(off);
+    report("words and mouth against the sound, " + name + (sound ? ", PulseAudio" : ", no device"),
+           std::max(std::abs(least), std::abs(most)), "ms",
+           "the worst of " + std::to_string(off.size()) + " events");
+}
+
+void voices(const std::filesystem::path&) {
+    std::vector<std::string> names = installedVoices();
+    names.insert(names.begin(), "en-us");
+    const bool sound = openPulse(22050) != nullptr;
+    for (const std::string& name : names) {
+        workToBegin(name);
+        firstSample(name, false);
+        if (sound) firstSample(name, true);
+    }
+    for (const std::string& name : names) {
+        alignment(name, false);
+        if (sound) alignment(name, true);
+    }
+    stopping(false);
+    if (sound) stopping(true);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return runBenchmark(argc, argv, voices);
+}
