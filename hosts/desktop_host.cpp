@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "hosts/character_windows.h"
+#include "hosts/desktop_hearing.h"
 #include "hosts/shown_character.h"
 #include "platform/console/lines.h"
 #include "platform/engine/engine_agent.h"
@@ -44,6 +45,7 @@ int runOnDesktop(const Options& options, Folders folders) {
              return {name, std::move(character)};
          }});
     agent.add(characterWindows);
+    DesktopHearing hearing(machine, agent);
     Platform platform = machine.platform(*shell, tray, pointer, agent, machine.link);
     Program program(platform);
     qt::QtWindows windows(program.forms(), qt::views());

@@ -10,6 +10,7 @@
 #include "agent/qt/package_reader.h"
 #include "hosts/character_windows.h"
 #include "hosts/descriptor_output.h"
+#include "hosts/hearing.h"
 #include "hosts/mirrored_stage.h"
 #include "hosts/shown_character.h"
 #include "hosts/stdin_lines.h"
@@ -94,6 +95,10 @@ int runInTerminal(const Options& options, Folders folders) {
     Platform platform = machine.platform(shell, tray, pointer, agent, link);
     Program program(platform);
     const auto forms = windows ? std::make_unique<qt::QtWindows>(program.forms(), qt::views()) : nullptr;
+    Hearing hearing(
+        {.agent = agent,
+         .post = [&machine](std::function<void()> call) { machine.loopHost.postFromThread(std::move(call)); },
+         .microphone = {}});
     DescriptorLines input(STDIN_FILENO);
     output.onGone = [&input] { input.close(); };  // nobody is there to see what more lines would do
     Terminal terminal({.loop = machine.loop,
@@ -104,6 +109,10 @@ int runInTerminal(const Options& options, Folders folders) {
                        .pointer = pointer,
                        .shell = shell,
                        .link = link,
+                       .hear =
+                           [&hearing](const std::string& path, std::function<void(const std::string&)> done) {
+                               hearing.hear(path, std::move(done));
+                           },
                        .input = input,
                        .printer = printer});
     if (windows) {

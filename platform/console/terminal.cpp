@@ -36,18 +36,31 @@ void require(bool possible, const std::string& name) {
 
 const std::vector<Terminal::Command>& Terminal::commands() {
     static const std::vector<Command> table{
-        {"menu", 2, 2, &Terminal::menu},        {"agent", 2, 2, &Terminal::mouseOnCharacter},
-        {"tray", 2, 2, &Terminal::mouseOnTray}, {"click", 2, 2, &Terminal::click},
-        {"set", 2, 3, &Terminal::type},         {"select", 3, 3, &Terminal::select},
-        {"get", 2, 2, &Terminal::get},          {"rows", 2, 2, &Terminal::rows},
-        {"forms", 1, 1, &Terminal::listForms},  {"controls", 2, 2, &Terminal::listControls},
-        {"menus", 1, 1, &Terminal::listMenus},  {"close", 2, 2, &Terminal::close},
-        {"answer", 2, 2, &Terminal::answer},    {"pick", 2, 2, &Terminal::pick},
-        {"cancel", 1, 1, &Terminal::cancel},    {"clipboard", 1, 2, &Terminal::clipboard},
-        {"pointer", 4, 4, &Terminal::point},    {"link", 2, 2, &Terminal::link},
-        {"wait", 2, 2, &Terminal::wait},        {"skip", 2, 2, &Terminal::skip},
-        {"quit", 1, 1, &Terminal::quit},        {"say", 2, 2, &Terminal::say},
-        {"command", 2, 3, &Terminal::command},  {"commands", 1, 1, &Terminal::listCommands},
+        {"menu", 2, 2, &Terminal::menu},
+        {"agent", 2, 2, &Terminal::mouseOnCharacter},
+        {"tray", 2, 2, &Terminal::mouseOnTray},
+        {"click", 2, 2, &Terminal::click},
+        {"set", 2, 3, &Terminal::type},
+        {"select", 3, 3, &Terminal::select},
+        {"get", 2, 2, &Terminal::get},
+        {"rows", 2, 2, &Terminal::rows},
+        {"forms", 1, 1, &Terminal::listForms},
+        {"controls", 2, 2, &Terminal::listControls},
+        {"menus", 1, 1, &Terminal::listMenus},
+        {"close", 2, 2, &Terminal::close},
+        {"answer", 2, 2, &Terminal::answer},
+        {"pick", 2, 2, &Terminal::pick},
+        {"cancel", 1, 1, &Terminal::cancel},
+        {"clipboard", 1, 2, &Terminal::clipboard},
+        {"pointer", 4, 4, &Terminal::point},
+        {"link", 2, 2, &Terminal::link},
+        {"wait", 2, 2, &Terminal::wait},
+        {"skip", 2, 2, &Terminal::skip},
+        {"quit", 1, 1, &Terminal::quit},
+        {"say", 2, 2, &Terminal::say},
+        {"hear", 2, 2, &Terminal::hear},
+        {"command", 2, 3, &Terminal::command},
+        {"commands", 1, 1, &Terminal::listCommands},
     };
     return table;
 }
@@ -72,7 +85,7 @@ Terminal::~Terminal() {
 bool Terminal::idle() {
     if (!ready_) needs_.printer.print({"ready"});
     ready_ = true;
-    if (waiting_.active()) return false;
+    if (waiting_.active() || hearing_) return false;
     if (answerOwed_) needs_.printer.print({"ok"});
     answerOwed_ = false;
 
@@ -168,6 +181,18 @@ void Terminal::rows(const Fields& fields) {
 void Terminal::say(const Fields& fields) {
     require(needs_.agent.commands(), "the character");
     needs_.agent.say(fields[1]);
+}
+
+void Terminal::hear(const Fields& fields) {
+    require(needs_.agent.commands(), "the character");
+    if (!needs_.hear) throw LineError("nothing can be heard");
+    hearing_ = true;
+    needs_.hear(fields[1], [this](const std::string& failure) {
+        hearing_ = false;
+        if (failure.empty()) return;
+        answerOwed_ = false;
+        needs_.printer.print({"error", failure});
+    });
 }
 
 void Terminal::command(const Fields& fields) {

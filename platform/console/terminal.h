@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,9 @@ public:
         TerminalPointer& pointer;
         TerminalShell& shell;
         TerminalLink& link;
+        /// Hears a recording, and tells of the end: with a sentence if it can't be heard. Empty: nothing can.
+        std::function<void(const std::string& path, std::function<void(const std::string& failure)> done)>
+            hear;
         LineInput& input;
         LinePrinter& printer;
     };
@@ -72,6 +76,7 @@ private:
     void get(const Fields& fields);
     void rows(const Fields& fields);
     void say(const Fields& fields);
+    void hear(const Fields& fields);
     void command(const Fields& fields);
     void listCommands(const Fields& fields);
     void listForms(const Fields& fields);
@@ -92,7 +97,8 @@ private:
     Needs needs_;
     Reporter reporter_;
     Addresses addresses_;
-    LoopTimer waiting_;  ///< runs while a `wait` line is under way
+    LoopTimer waiting_;     ///< runs while a `wait` line is under way
+    bool hearing_ = false;  ///< a `hear` line is under way
     bool ready_ = false;
     bool answerOwed_ = false;  ///< the last line has had neither `ok` nor `error`
     bool cut_ = false;

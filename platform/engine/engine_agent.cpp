@@ -164,7 +164,10 @@ void EngineAgent::doubleClicked(const AgentClick& click) {
 void EngineAgent::say(const std::string& words) {
     if (id_.empty()) throw Failure(errors::objectNotSet);
     auto heard = character_->Commands().hear(words);
-    const AgentUserInput input{std::move(heard.name), words, heard.confidence};
+    this->heard({std::move(heard.name), words, heard.confidence});
+}
+
+void EngineAgent::heard(const AgentUserInput& input) {
     tell([&input](AgentObserver& observer) { observer.heard(input.Voice, input.Name, input.Confidence); });
     commanded(input);
 }

@@ -32,7 +32,7 @@ public:
     explicit EngineAgent(Needs needs);
     ~EngineAgent() override;
 
-    /// The observer outlives this object.
+    /// The observer is there for as long as anything is asked of the character.
     void add(AgentObserver& observer) { observers_.push_back(&observer); }
 
     void CharactersLoad(const std::string& id) override;
@@ -54,6 +54,8 @@ public:
     /// What a microphone has heard: looks for the command, tells the observers, and raises `Command` in a
     /// turn of its own, also for words that fit no command. Fails with 91 if no character is loaded.
     void say(const std::string& words);
+    /// What a recogniser made of a phrase: tells the observers, and raises `Command` in a turn of its own.
+    void heard(const AgentUserInput& input);
     /// Raises `Command` in a turn of its own, as if a person had picked or said it.
     void commanded(const AgentUserInput& input);
 

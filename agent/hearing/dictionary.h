@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "agent/hearing/phones.h"
+
+namespace agent {
+
+/// Sounds out a word that no dictionary has. May give nothing.
+using SoundOut = std::function<Phones(std::string_view word)>;
+
+/// How words are pronounced.
+class Dictionary {
+public:
+    /// From the file's lines "WORD PHONE PHONE ...", a second pronunciation as "WORD(2)". Nothing if the file
+    /// can't be read.
+    static std::optional<Dictionary> read(const std::string& path);
+
+    /// At most three, the commonest first; none for an unknown word. Words are in lower case.
+    std::vector<Phones> pronunciations(std::string_view word) const;
+
+private:
+    std::string text_;
+    std::vector<std::pair<std::size_t, std::size_t>> lines_;  ///< begin and length of the word, in its order
+
+    std::string_view wordAt(const std::pair<std::size_t, std::size_t>& line) const;
+};
+
+}  // namespace agent

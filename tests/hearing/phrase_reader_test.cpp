@@ -1,0 +1,61 @@
+#include "agent/hearing/phrase_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace {
+
+using namespace agent;
+
+constexpr std::size_t tenth = hearingRate / 10;
+
+/// Takes a phrase for its length in tenths of a second.
+std::optional<HeardPhrase> measure(const Samples& phrase) {
+    return HeardPhrase{{}, {}, static_cast<int>(phrase.size() / tenth), {}};
+}
+
+struct Stretch {
+    int tenths;
+    std::int16_t loudness;
+};
+
+/// Feeds the stretches in pieces, up to the end of the phrase. Whether it has ended.
+bool feed(PhraseReader& reader, std::initializer_list<Stretch> stretches) {
+    for (const auto& [tenths, loudness] : stretches) {
+        for (int i = 0; i < tenths; ++i) {
+            Samples piece(tenth);
+            for (std::size_t at = 0; at < piece.size(); ++at)
+                piece[at] = static_cast<std::int16_t>(at % 2 == 0 ? loudness : -loudness);
+            if (reader.feed(piece)) return true;
+        }
+    }
+    return false;
+}
+
+TEST(PhraseReader, BeginsInThePauseAndAnswersForThePhraseUpToThere) {
+    std::atomic<int> calls = 0;
+    PhraseReader reader([&calls](const Samples& phrase) {
+        ++calls;
+        return measure(phrase);
+    });
+    ASSERT_TRUE(feed(reader, {{5, 20}, {10, 5000}, {20, 20}}));
+    EXPECT_NEAR(reader.result()->score, 15, 1);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(PhraseReader, WhatIsSaidAfterAHesitationBelongsToThePhrase) {
+    PhraseReader reader(measure);
+    ASSERT_TRUE(feed(reader, {{5, 20}, {10, 5000}, {4, 20}, {10, 5000}, {20, 20}}));
+    EXPECT_GE(reader.result()->score, 26);
+}
+
+TEST(PhraseReader, ASpeakerWhoIsDoneNeedsNoPause) {
+    PhraseReader reader(measure);
+    EXPECT_FALSE(reader.finish());
+    EXPECT_FALSE(feed(reader, {{5, 20}, {10, 5000}}));
+    EXPECT_TRUE(reader.finish());
+    EXPECT_GE(reader.result()->score, 10);
+}
+
+}  // namespace

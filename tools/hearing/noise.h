@@ -1,0 +1,10 @@
+#pragma once
+
+#include "agent/hearing/wav_reader.h"
+
+namespace velmora::hearing {
+
+/// The sound with noise of a steady room, 20 dB below its loudest half; the same noise for the same seed.
+agent::Samples withNoise(agent::Samples samples, unsigned seed);
+
+}  // namespace velmora::hearing

@@ -1,0 +1,207 @@
+// Learns what tells a command from another phrase, and measures how well that works.
+//
+// velmora-hearing decode LIST [both|turns]
+//     how the recogniser reads each recording: the READINGS that the others take
+// velmora-hearing learn READINGS
+//     the weights, as lines for agent/hearing/judge_weights.h
+// velmora-hearing check READINGS
+//     how many phrases there are, how many percent are taken for the right command, how many percent pass
+// velmora-hearing faults READINGS
+//     the phrases that are judged wrongly, with their signals
+//
+// A line of LIST is FILE<TAB>COMMAND, with - for a phrase that is no command; `synthesise` writes such lists.
+// Each file is read clean and with noise (both; the default), or in these ways by turns.
+
+#include <chrono>
+#include <ctime>
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "agent/hearing/recogniser.h"
+#include "agent/hearing/sound_out.h"
+#include "character/vocabulary.h"
+#include "platform/engine/command_collection.h"
+#include "tools/hearing/learning.h"
+#include "tools/hearing/noise.h"
+#include "tools/hearing/reading_text.h"
+
+namespace {
+
+using namespace velmora;
+using namespace velmora::hearing;
+
+constexpr const char* noCommand = "-";
+
+std::vector<std::string> fieldsOf(const std::string& line) {
+    std::vector<std::string> fields;
+    std::istringstream in(line);
+    for (std::string field; std::getline(in, field, '\t');) fields.push_back(field);
+    return fields;
+}
+
+struct Row {
+    std::string file, condition, meant;
+    double seconds = 0;
+    bool spoken = false;  ///< whether a command was heard; without one, what follows is empty
+    agent::Evidence evidence{};
+
+    bool passes() const { return spoken && agent::scoreOf(agent::likelihood(evidence.signals)) > -60; }
+};
+
+/// The program's own commands.
+struct Vocabulary {
+    std::vector<std::string> names;
+    std::vector<std::string> grammars;
+};
+
+Vocabulary vocabulary() {
+    CommandCollection commands;
+    InitCommands(commands, {});
+    Vocabulary all;
+    for (const AgentCommand& command : commands.all()) {
+        all.names.push_back(command.Name);
+        all.grammars.push_back(command.Voice);
+    }
+    return all;
+}
+
+/// The phrase with the moments before and after it that a microphone would have recorded.
+agent::Samples inRoom(const agent::Samples& phrase) {
+    agent::Samples samples(agent::hearingRate / 5);
+    samples.insert(samples.end(), phrase.begin(), phrase.end());
+    samples.resize(samples.size() + agent::hearingRate / 5);
+    return samples;
+}
+
+void decode(agent::Recogniser& recogniser, const std::vector<std::string>& entry,
+            const agent::Samples& samples, const char* condition) {
+    const std::clock_t start = std::clock();
+    const agent::Readings readings = recogniser.read(samples);
+    const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    std::cout << entry.at(0) << '\t' << condition << '\t' << entry.at(1) << '\t' << seconds;
+    for (const auto* reading : {&readings.command, &readings.words, &readings.sounds})
+        std::cout << '\t' << readingText(*reading);
+    std::cout << '\n';
+}
+
+int decodeAll(const std::string& list, bool turns) {
+    const auto recogniser = agent::Recogniser::load({}, vocabulary().grammars, agent::soundOutByVoice());
+    if (!recogniser) return 1;
+    std::ifstream in(list);
+    unsigned number = 0;
+    for (std::string line; std::getline(in, line); ++number) {
+        const auto entry = fieldsOf(line);
+        const auto read = agent::readWav(entry.at(0));
+        const auto* recorded = std::get_if<agent::Samples>(&read);
+        if (recorded == nullptr) {
+            std::cerr << std::get<std::string>(read) << '\n';
+            continue;
+        }
+        const agent::Samples samples = inRoom(*recorded);
+        if (!turns || number % 2 == 0) decode(*recogniser, entry, samples, "clean");
+        if (!turns || number % 2 == 1) decode(*recogniser, entry, withNoise(samples, number), "noise");
+    }
+    return 0;
+}
+
+std::vector<Row> readRows(const std::string& path, const Vocabulary& commands) {
+    const auto dictionary = agent::Dictionary::read(agent::HearingModel().dictionary);
+    if (!dictionary) return {};
+    std::vector<agent::CommandGraph> graphs;
+    for (const std::string& grammar : commands.grammars)
+        graphs.push_back(agent::makeCommandGraph(grammar, *dictionary, agent::soundOutByVoice()));
+    const agent::VoiceVocabulary voices({commands.grammars.begin(), commands.grammars.end()});
+    std::vector<Row> rows;
+    std::ifstream in(path);
+    for (std::string line; std::getline(in, line);) {
+        auto fields = fieldsOf(line);
+        if (fields.size() < 4) continue;
+        fields.resize(7);
+        Row row{fields[0], fields[1], fields[2], std::stod(fields[3])};
+        const agent::Readings readings{readReading(fields[4]), readReading(fields[5]),
+                                       readReading(fields[6])};
+        row.spoken = readings.spoken();
+        if (row.spoken) {
+            row.evidence = agent::weigh(graphs, readings);
+            if (const auto heard = voices.recognise(row.evidence.words, [](std::size_t) { return true; }))
+                row.evidence.command = heard->command;
+        }
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+int learnFrom(const std::string& path) {
+    std::vector<Example> examples;
+    const Vocabulary commands = vocabulary();
+    for (const Row& row : readRows(path, commands)) {
+        if (row.spoken)
+            examples.push_back({row.evidence.signals, commands.names.at(row.evidence.command) == row.meant});
+    }
+    const Weights weights = learn(examples);
+    std::cout << "constexpr double judgeBias = " << weights.bias << ";\nconstexpr Signals judgeWeights{";
+    for (std::size_t i = 0; i < weights.weights.size(); ++i)
+        std::cout << (i > 0 ? ", " : "") << weights.weights.at(i);
+    std::cout << "};\n";
+    return 0;
+}
+
+int check(const std::string& path) {
+    struct Count {
+        int all = 0, rightCommand = 0, accepted = 0;
+    };
+    std::map<std::string, Count> counts;
+    double seconds = 0;
+    const Vocabulary commands = vocabulary();
+    const auto rows = readRows(path, commands);
+    for (const Row& row : rows) {
+        const bool command = row.meant != noCommand;
+        const bool right = command && row.spoken && commands.names.at(row.evidence.command) == row.meant;
+        const std::string voice = row.file.substr(row.file.rfind('/') + 1);
+        for (const std::string& detail : {row.condition, voice.substr(0, voice.find("--"))}) {
+            Count& count = counts[(command ? "commands, " : "others, ") + detail];
+            ++count.all;
+            count.rightCommand += right ? 1 : 0;
+            count.accepted += row.passes() && (!command || right) ? 1 : 0;
+        }
+        seconds += row.seconds;
+    }
+    std::cout << std::fixed << std::setprecision(1);
+    for (const auto& [group, count] : counts) {
+        std::cout << group << '\t' << count.all << '\t' << 100.0 * count.rightCommand / count.all << '\t'
+                  << 100.0 * count.accepted / count.all << '\n';
+    }
+    std::cout << "milliseconds a phrase\t" << 1000 * seconds / static_cast<double>(rows.size()) << '\n';
+    return 0;
+}
+
+int faults(const std::string& path) {
+    const Vocabulary commands = vocabulary();
+    for (const Row& row : readRows(path, commands)) {
+        const std::string heard = row.spoken ? commands.names.at(row.evidence.command) : "";
+        if (row.passes() ? heard == row.meant : row.meant == noCommand) continue;
+        std::cout << row.file.substr(row.file.rfind('/') + 1) << '\t' << row.condition << '\t' << heard
+                  << '\t' << row.evidence.freeWords << '\t' << std::setprecision(3);
+        for (const double signal : row.evidence.signals) std::cout << signal << ' ';
+        std::cout << '\n';
+    }
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const std::string what = arguments.size() > 1 ? arguments[0] : "";
+    if (what == "faults") return faults(arguments[1]);
+    if (what == "decode") return decodeAll(arguments[1], arguments.size() > 2 && arguments[2] == "turns");
+    if (what == "learn") return learnFrom(arguments[1]);
+    if (what == "check") return check(arguments[1]);
+    std::cerr << "usage: velmora-hearing decode LIST [both|turns] | learn READINGS | check READINGS | faults "
+                 "READINGS\n";
+    return 2;
+}
