@@ -34,7 +34,8 @@ struct HearingModel {
 };
 
 /// Reads one piece of audio in different ways: as one of the commands, as any frequent English words, as any
-/// sounds. Used by one thread at a time.
+/// sounds. Each of the ways has what it works with to itself: three threads may read at once, in one way
+/// each.
 class Decoder {
 public:
     /// Nothing if a part of the model can't be read.

@@ -42,6 +42,32 @@ Gap gapTo(const Reading& other, const Reading& command) {
     return gap;
 }
 
+/// The sounds that a reading finds in a stretch of audio; those of a word are taken for equally long.
+Phones phonesWithin(const Reading& reading, int first, int frames) {
+    Phones phones;
+    for (const HeardPiece& piece : reading) {
+        const double each = static_cast<double>(piece.frames) / static_cast<double>(piece.phones.size());
+        double middle = piece.first + each / 2;
+        for (const Phone phone : piece.phones) {
+            if (middle >= first && middle < first + frames) phones.push_back(phone);
+            middle += each;
+        }
+    }
+    return phones;
+}
+
+/// How far the strangest word of a command is from what another reading finds in its place, for each sound.
+double strangestWord(const Reading& other, const Reading& command) {
+    double farthest = 0;
+    for (const HeardPiece& piece : command) {
+        if (piece.kind != Kind::word) continue;
+        const CommandGraph word{.states = 2, .arcs = {{.from = 0, .to = 1, .saidAs = {piece.phones}}}};
+        const double distance = graphDistance(word, phonesWithin(other, piece.first, piece.frames));
+        farthest = std::max(farthest, distance / static_cast<double>(piece.phones.size()));
+    }
+    return farthest;
+}
+
 Phones phonesOf(const Reading& reading) {
     Phones phones;
     for (const HeardPiece& piece : reading)
@@ -138,6 +164,7 @@ Evidence weigh(const std::vector<CommandGraph>& graphs, const Readings& readings
         static_cast<double>(std::max(freely - spoken - stray, 0)) / freely,
         static_cast<double>(stray) / std::max(total, 1),
         evidence.words == evidence.freeWords ? 1.0 : 0.0,
+        strangestWord(sounds, command),
     };
     return evidence;
 }

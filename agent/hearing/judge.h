@@ -11,7 +11,7 @@
 namespace agent {
 
 /// The signals that tell a command from a phrase that only resembles one.
-constexpr std::size_t signalCount = 14;
+constexpr std::size_t signalCount = 15;
 using Signals = std::array<double, signalCount>;
 
 /// What speaks for and against a phrase being the command that it was taken for.

@@ -5,8 +5,8 @@
 namespace agent {
 
 /// What each signal of a phrase counts for; learned by `velmora-hearing`, see docs/hearing.md.
-constexpr double judgeBias = 0.18276;
-constexpr Signals judgeWeights{-0.401531, -0.195174, -0.236275, -0.262833, 0.277267,  -2.07485, -0.838052,
-                               -0.137921, -7.65401,  1.13101,   1.45427,   -0.402651, -2.96958, 0.985301};
+constexpr double judgeBias = 0.197709;
+constexpr Signals judgeWeights{-0.269548, -0.139693, -0.25423, -0.17069, -0.0443594, -0.519842, -0.255093, 0,
+                               -6.85522,  0.61072,   0.788943, -4.54336, -1.14392,   0,         -0.31567};
 
 }  // namespace agent

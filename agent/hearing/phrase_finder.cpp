@@ -12,7 +12,7 @@ constexpr std::size_t margin = hearingRate / 5;
 constexpr std::size_t longest = std::size_t{10} * hearingRate;
 constexpr int framesToBegin = 3;
 constexpr int framesToEnd = 30;
-constexpr int framesKept = 10;  // of the pause at the end
+constexpr int framesKept = 8;  // of the pause at the end
 constexpr int fewestVoiced = 6;
 constexpr double clearlyLouder = 6;  // than the room, of mean squares
 constexpr double quietest = 50.0 * 50;
@@ -75,7 +75,7 @@ std::optional<Samples> PhraseFinder::feed(std::span<const std::int16_t> samples)
 }
 
 bool PhraseFinder::pausing() const {
-    return speaking_ && voiced_ >= fewestVoiced && quiet_ >= framesToEnd / 2;
+    return speaking_ && voiced_ >= fewestVoiced && quiet_ >= framesKept;
 }
 
 std::optional<Samples> PhraseFinder::finish() {

@@ -12,7 +12,7 @@
 namespace agent {
 
 /// Cuts a stream of sound into phrases: what is clearly louder than the room, up to a pause of 0.6 seconds,
-/// of which they keep a third. Keeps at most eleven seconds.
+/// of which they keep 0.16. Keeps at most eleven seconds.
 class PhraseFinder {
 public:
     /// Loudness of the room, the mean square of its samples; if it is not known, the finder follows it.
@@ -26,7 +26,7 @@ public:
 
     /// Whether somebody is speaking.
     bool speaking() const { return speaking_; }
-    /// Whether a phrase is under way that may have ended: nobody has spoken for 0.3 seconds.
+    /// Whether a phrase is under way that may have ended: nobody has spoken for 0.16 seconds.
     bool pausing() const;
     /// The phrase under way, as far as it goes.
     const Samples& phrase() const { return phrase_; }

@@ -4,23 +4,32 @@
 
 namespace agent {
 
+using namespace std::chrono_literals;
+
 bool PhraseReader::feed(std::span<const std::int16_t> samples) {
     const bool paused = finder_.pausing();
     ended_ = finder_.feed(samples);
     if (ended_) return true;
     if (paused && !finder_.pausing()) outdated_ = true;
-    if (finder_.pausing()) beginEarly();
-    return false;
+    if (!finder_.pausing()) return false;
+    beginEarly();
+    return isUnderstood();
 }
 
 void PhraseReader::beginEarly() {
-    using namespace std::chrono_literals;
+    if (answer_ && outdated_) answer_.reset();
     if (early_.valid()) {
-        if (!outdated_ || early_.wait_for(0s) != std::future_status::ready) return;
-        early_ = {};
+        if (early_.wait_for(0s) != std::future_status::ready) return;
+        auto answer = early_.get();
+        if (!outdated_) answer_ = std::move(answer);
     }
+    if (answer_) return;
     outdated_ = false;
     early_ = std::async(std::launch::async, recognise_, finder_.phrase());
+}
+
+bool PhraseReader::isUnderstood() {
+    return answer_ && *answer_ && (*answer_)->score > -60;
 }
 
 bool PhraseReader::finish() {
@@ -30,9 +39,10 @@ bool PhraseReader::finish() {
 
 std::optional<HeardPhrase> PhraseReader::result() {
     if (early_.valid()) {
-        auto heard = early_.get();
-        if (!outdated_) return heard;
+        auto answer = early_.get();
+        if (!outdated_) answer_ = std::move(answer);
     }
+    if (answer_ && !outdated_) return *answer_;
     return ended_ ? recognise_(*ended_) : std::nullopt;
 }
 

@@ -10,8 +10,8 @@
 
 namespace agent {
 
-/// Recognises the first phrase of a stream of sound. Begins while the pause behind the phrase is still waited
-/// out, so that the answer is there when the phrase has ended for certain.
+/// Recognises the first phrase of a stream of sound. Begins as soon as the speaker pauses; if what was said
+/// up to there is clearly a command, it doesn't wait for the end of the pause.
 class PhraseReader {
 public:
     using Recognise = std::function<std::optional<HeardPhrase>(const Samples& phrase)>;
@@ -20,7 +20,8 @@ public:
     /// object is destroyed, which then waits for it.
     explicit PhraseReader(Recognise recognise) : recognise_(std::move(recognise)) {}
 
-    /// Takes more of the stream. True: the phrase has ended, and the stream is to be read no further.
+    /// Takes more of the stream. True: the phrase has ended, or a command was understood in a pause; the
+    /// stream is to be read no further.
     bool feed(std::span<const std::int16_t> samples);
 
     /// The speaker has said it all. True: there is a phrase.
@@ -33,12 +34,14 @@ public:
 
 private:
     void beginEarly();
+    bool isUnderstood();
 
     Recognise recognise_;
     PhraseFinder finder_;
     std::optional<Samples> ended_;
     std::future<std::optional<HeardPhrase>> early_;
-    bool outdated_ = false;  ///< speech has gone on since `early_` began
+    bool outdated_ = false;                             ///< speech has gone on since `early_` began
+    std::optional<std::optional<HeardPhrase>> answer_;  ///< what `early_` gave
 };
 
 }  // namespace agent

@@ -11,12 +11,12 @@
 namespace agent {
 namespace {
 
-/// The phrase as the model likes it: of a usual loudness, and nowhere the perfect silence that no microphone
-/// records.
+/// The phrase as the model likes it: of a usual loudness, and nowhere stiller than a recording room, as the
+/// model knows no perfect silence.
 Samples prepare(std::span<const std::int16_t> samples) {
     constexpr int usualPeak = 12000;
     constexpr double mostGain = 50;
-    constexpr int floor = 16;
+    constexpr int floor = 50;
     int peak = 1;
     for (const std::int16_t sample : samples) peak = std::max(peak, std::abs(int{sample}));
     const double gain = std::min(static_cast<double>(usualPeak) / peak, mostGain);
@@ -69,11 +69,12 @@ Readings Recogniser::read(std::span<const std::int16_t> samples) {
     Readings readings;
     if (isSilence(samples)) return readings;
     const Samples prepared = prepare(samples);
-    // The two decoders share nothing, and an answer is waited for.
+    // An answer is waited for.
     auto words = std::async(std::launch::async, [&] { return decoder_->asWords(prepared); });
+    auto sounds = std::async(std::launch::async, [&] { return decoder_->asSounds(prepared); });
     readings.command = decoder_->asCommand(prepared);
-    if (readings.spoken()) readings.sounds = decoder_->asSounds(prepared);
     readings.words = words.get();
+    readings.sounds = sounds.get();
     return readings;
 }
 

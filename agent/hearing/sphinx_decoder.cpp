@@ -4,6 +4,7 @@
 #include <sphinxbase/ngram_model.h>
 
 #include <map>
+#include <set>
 #include <utility>
 
 #include "agent/hearing/decoder.h"
@@ -14,10 +15,15 @@ namespace {
 
 constexpr std::string_view soundPrefix = "_";
 constexpr std::string_view commandPrefix = "#";
-// What each sound costs, as natural logarithms: where any may come, and where a `[...]` takes them up, which
-// must not swallow the words of other commands.
+// What each sound costs, as natural logarithms: where any may come, and where a `[...]` takes them up. Those
+// are dear, as a short word among any sounds explains every other command a little better than its own words
+// do.
 constexpr double logSound = -4;
-constexpr double logFillingSound = -10;
+constexpr double logFillingSound = -25;
+
+// How much the order of words counts against their sounds, and what a new word costs.
+constexpr float languageWeight = 4.0F;
+constexpr float wordPenalty = 0.65F;
 
 struct Free {
     void operator()(ps_decoder_t* decoder) const { ps_free(decoder); }
@@ -44,7 +50,7 @@ struct Width {
     const char* mostWords;
 };
 // A command must not be lost on its way, and there are few of them; free words have to be quick.
-constexpr Width wide{"1e-80", "1e-60", "30000", "-1"};
+constexpr Width wide{"1e-64", "1e-48", "30000", "-1"};
 constexpr Width narrow{"1e-40", "1e-25", "1000", "20"};
 
 /// One decoder with its dictionary, and the searches that it can do.
@@ -190,31 +196,37 @@ public:
     bool load(const HearingModel& model, const Dictionary& dictionary,
               const std::vector<CommandGraph>& commands) {
         err_set_logfp(nullptr);
-        if (!commands_.load(model, wide) || !words_.load(model, narrow)) return false;
-        for (Phone phone = 0; phone < phoneNames().size(); ++phone)
-            commands_.add(soundWord(phone), {{phone}}, {.kind = HeardPiece::Kind::sound});
+        if (!commands_.load(model, wide) || !words_.load(model, narrow) || !sounds_.load(model, wide))
+            return false;
+        for (Phone phone = 0; phone < phoneNames().size(); ++phone) {
+            for (Engine* engine : {&commands_, &sounds_})
+                engine->add(soundWord(phone), {{phone}}, {.kind = HeardPiece::Kind::sound});
+        }
         for (std::size_t command = 0; command < commands.size(); ++command) {
             const auto& arcs = commands[command].arcs;
             for (std::size_t arc = 0; arc < arcs.size(); ++arc)
                 commands_.add(commandWord(command, arc), arcs[arc].saidAs,
                               {.kind = HeardPiece::Kind::word, .command = command, .word = arcs[arc].word});
         }
-        return setCommands(commands_, commands) && setSounds(commands_) && setWords(model, dictionary);
+        return setCommands(commands_, commands) && setSounds(sounds_) &&
+               setWords(model, dictionary, commands);
     }
 
     Reading asCommand(std::span<const std::int16_t> samples) override {
         return commands_.read("commands", samples);
     }
     Reading asSounds(std::span<const std::int16_t> samples) override {
-        return commands_.read("sounds", samples);
+        return sounds_.read("sounds", samples);
     }
     Reading asWords(std::span<const std::int16_t> samples) override { return words_.read("words", samples); }
 
 private:
-    bool setWords(const HearingModel& model, const Dictionary& dictionary) {
+    bool setWords(const HearingModel& model, const Dictionary& dictionary,
+                  const std::vector<CommandGraph>& commands) {
         const std::unique_ptr<ngram_model_t, Free> language(
             ngram_model_read(nullptr, model.language.c_str(), NGRAM_AUTO, words_.logarithms()));
         if (!language) return false;
+        ngram_model_apply_weights(language.get(), languageWeight, wordPenalty);
         std::vector<std::pair<int, std::string>> ranked;
         const auto count = static_cast<int>(*ngram_model_get_counts(language.get()));
         for (int id = 0; id < count; ++id) {
@@ -222,13 +234,28 @@ private:
             const int score = ngram_ng_score(language.get(), id, nullptr, 0, &depth);
             ranked.emplace_back(-score, ngram_word(language.get(), id));
         }
-        for (const std::string& word : frequentWords(std::move(ranked)))
-            words_.add(word, dictionary.pronunciations(word), {.kind = HeardPiece::Kind::word, .word = word});
+        // The commands' own words belong to them: without them, a command would read like a phrase that only
+        // resembles it.
+        const std::vector<std::string> frequent = frequentWords(std::move(ranked));
+        std::set<std::string> all(frequent.begin(), frequent.end());
+        for (const CommandGraph& command : commands) {
+            for (const CommandGraph::Arc& arc : command.arcs) {
+                if (!arc.word.empty()) all.insert(arc.word);
+            }
+        }
+        for (const std::string& word : all) {
+            const std::vector<Phones> saidAs = dictionary.pronunciations(word);
+            if (saidAs.empty()) continue;
+            if (ngram_wid(language.get(), word.c_str()) == ngram_unknown_wid(language.get()))
+                ngram_model_add_word(language.get(), word.c_str(), 1);
+            words_.add(word, saidAs, {.kind = HeardPiece::Kind::word, .word = word});
+        }
         return ps_set_lm(words_.get(), "words", language.get()) == 0;
     }
 
-    Engine commands_;  // and sounds
+    Engine commands_;
     Engine words_;
+    Engine sounds_;
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tests/console/terminal_session.h"
+#include "tests/hearing/spoken.h"
 #include "tests/support/dovecot.h"
 
 namespace velmora {
@@ -44,8 +45,8 @@ protected:
     }
 
     /// What the program does from a check on, until it has done this.
-    std::vector<std::string> check(const std::string& last) {
-        std::vector<std::string> lines = session->send("menu mnuCheckMail");
+    std::vector<std::string> check(const std::string& last, const std::string& line = "menu mnuCheckMail") {
+        std::vector<std::string> lines = session->send(line);
         const auto deadline = blackbox::ChildProcess::Clock::now() + std::chrono::seconds(60);
         while (std::find(lines.begin(), lines.end(), last) == lines.end()) {
             if (blackbox::ChildProcess::Clock::now() > deadline) {
@@ -70,6 +71,16 @@ protected:
     std::unique_ptr<blackbox::Dovecot> server;
     std::unique_ptr<TerminalSession> session;
 };
+
+TEST_F(MailServer, ASpokenCommandFetchesTheMail) {
+    server->deliver(message("Lunch?"));
+    start();
+    const std::string recording =
+        test::temporaryFile("check_mail.wav", test::wavBytes(test::spoken("check mail")));
+    EXPECT_THAT(check("speak Subject Lunch? Subject Lunch?", "hear " + recording),
+                Contains(StartsWith("heard check mail Check Mail ")));
+    EXPECT_THAT(listed(), Contains(testing::HasSubstr("Lunch?")));
+}
 
 TEST_F(MailServer, NewMailIsToldASecondCheckStandsStillAndAnEmptyMailboxHalvesTheList) {
     for (const char* subject : {"one", "two", "three", "four"}) server->deliver(message(subject));

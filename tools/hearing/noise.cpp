@@ -6,8 +6,8 @@
 
 namespace velmora::hearing {
 
-agent::Samples withNoise(agent::Samples samples, unsigned seed) {
-    constexpr double ratio = 10;  // of amplitudes: 20 dB
+agent::Samples withNoise(agent::Samples samples, unsigned seed, double decibels) {
+    const double ratio = std::pow(10, decibels / 20);  // of amplitudes
     std::vector<double> squares;
     for (const std::int16_t sample : samples) squares.push_back(static_cast<double>(sample) * sample);
     std::ranges::sort(squares, std::greater());
