@@ -5,8 +5,8 @@
 namespace agent {
 
 /// What each signal of a phrase counts for; learned by `velmora-hearing`, see docs/hearing.md.
-constexpr double judgeBias = 0.197709;
-constexpr Signals judgeWeights{-0.269548, -0.139693, -0.25423, -0.17069, -0.0443594, -0.519842, -0.255093, 0,
-                               -6.85522,  0.61072,   0.788943, -4.54336, -1.14392,   0,         -0.31567};
+constexpr double judgeBias = 0.311281;
+constexpr Signals judgeWeights{-0.268173, -0.149172, -0.243079, -0.156708, -0.199379, -0.543431, -0.376938, 0,
+                               -6.31969,  0.548643,  0.908803,  -4.76439,  -1.33468,  0,         -0.439314};
 
 }  // namespace agent
