@@ -21,7 +21,7 @@ std::string little(std::uint32_t value, int bytes) {
 agent::Samples spoken(const std::string& words, const std::string& speaker) {
     const auto synthesizer = agent::openEspeak();
     const agent::VoiceParameters voice{
-        .name = speaker, .fallback = "en-us", .rate = 140, .pitch = 40, .range = 50};
+        .name = speaker, .fallback = "en-us", .rate = 150, .pitch = 45, .range = 50};
     const auto parsed = agent::parseSpeech(words);
     std::string data;
     synthesizer->speak({.words = parsed.words}, voice,

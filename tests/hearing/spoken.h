@@ -9,7 +9,7 @@
 namespace velmora::test {
 
 /// The words as the speech synthesiser says them, 16000 samples a second, a little silence around them.
-agent::Samples spoken(const std::string& words, const std::string& speaker = "en-us+m3");
+agent::Samples spoken(const std::string& words, const std::string& speaker = "en-us");
 
 struct WavForm {
     unsigned kind = 1;  ///< 1: whole numbers, 3: floating point
