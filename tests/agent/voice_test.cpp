@@ -390,6 +390,14 @@ TEST(DeviceThread, NothingWaitsForADeviceThatHangsAndItIsClosedOnceItComesRound)
     EXPECT_TRUE(life.expired());
 }
 
+TEST(DeviceThread, LeavesTheTimeToTheClockWhereThereIsNoDevice) {
+    DeviceThread device([](int) { return nullptr; }, 1000);
+    device.write(std::vector<std::int16_t>(500));
+    const auto giveUp = std::chrono::steady_clock::now() + 20s;
+    while (device.delay() && std::chrono::steady_clock::now() < giveUp) std::this_thread::yield();
+    EXPECT_EQ(device.delay(), std::nullopt);
+}
+
 TEST(Voice, ALineOnADeviceThatHangsEndsInTimeAndASoundlessOneFollows) {
     Loop loop;
     std::promise<void> release;
