@@ -68,7 +68,7 @@ const QString percent = QStringLiteral(" %");
 
 }  // namespace
 
-CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices,
+CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector<OfferedVoice>& voices,
                                    SpeechTrial trial, std::function<void()> applied)
     : QDialog(nullptr, Qt::Window),
       settings_(std::move(settings)),
@@ -130,9 +130,9 @@ QWidget* CharacterOptions::figurePart() {
     return group;
 }
 
-QWidget* CharacterOptions::voicePart(const std::vector<std::string>& voices) {
+QWidget* CharacterOptions::voicePart(const std::vector<OfferedVoice>& voices) {
     voice_->addItem(tr("The character's own"), QString());
-    for (const std::string& voice : voices) voice_->addItem(shown(voice), shown(voice));
+    for (const OfferedVoice& voice : voices) voice_->addItem(shown(voice.caption), shown(voice.name));
     device_->addItem(tr("The desktop's loudspeaker"), QStringLiteral("default"));
     device_->addItem(tr("None: speak silently"), QStringLiteral("none"));
     auto* group = new QGroupBox(tr("Voice"));

@@ -20,6 +20,12 @@ struct SpeechChoice {
     std::string pitch;
 };
 
+/// A voice on offer.
+struct OfferedVoice {
+    std::string name;     ///< what the settings call it
+    std::string caption;  ///< what a person calls it
+};
+
 /// How a choice is tried out, without being kept.
 struct SpeechTrial {
     QWidget* figure = nullptr;  ///< belongs to the window that it is given to; null: there is nothing to see
@@ -30,8 +36,8 @@ struct SpeechTrial {
 /// it opens it shows what is set; OK writes what was changed.
 class CharacterOptions : public QDialog {
 public:
-    /// `voices` are the names on offer; `applied` is told when something has been written.
-    CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices, SpeechTrial trial,
+    /// `applied` is told when something has been written.
+    CharacterOptions(CharacterSettings settings, const std::vector<OfferedVoice>& voices, SpeechTrial trial,
                      std::function<void()> applied);
 
     void accept() override;
@@ -41,7 +47,7 @@ protected:
 
 private:
     QWidget* figurePart();
-    QWidget* voicePart(const std::vector<std::string>& voices);
+    QWidget* voicePart(const std::vector<OfferedVoice>& voices);
     QWidget* hearingPart();
     SpeechChoice choice() const;
     void write(const char* section, const char* key, const std::string& value);

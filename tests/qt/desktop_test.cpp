@@ -117,7 +117,7 @@ TEST_F(DesktopTest, TheOptionsShowWhatIsSetAndWriteOnlyWhatWasChanged) {
     qt::SpeechChoice heard;
     int applied = 0;
     qt::CharacterOptions options(
-        settings, {"en-gb", "en-us"},
+        settings, {{"en-gb", "British"}, {"flite:slt", "Clear, female (slt)"}},
         {.figure = nullptr, .speak = [&](const qt::SpeechChoice& choice) { heard = choice; }},
         [&] { ++applied; });
     options.show();
@@ -131,8 +131,9 @@ TEST_F(DesktopTest, TheOptionsShowWhatIsSetAndWriteOnlyWhatWasChanged) {
     EXPECT_EQ(numbers[0]->value(), numbers[0]->minimum());
     numbers[1]->setValue(70);
     boxes[1]->setCurrentIndex(2);
+    EXPECT_EQ(boxes[1]->currentText(), QStringLiteral("Clear, female (slt)"));
     options.findChild<QPushButton*>(QStringLiteral("tryIt"))->click();
-    EXPECT_EQ(heard.voice + "/" + heard.rate + "/" + heard.pitch, "en-us//70");
+    EXPECT_EQ(heard.voice + "/" + heard.rate + "/" + heard.pitch, "flite:slt//70");
     EXPECT_EQ(file.values.size(), 4U);
 
     QTest::keyClick(&options, Qt::Key_Escape);
