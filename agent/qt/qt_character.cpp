@@ -16,8 +16,13 @@ QSize sizeOf(const Rig& rig, double scale) {
     return {static_cast<int>(std::ceil(rig.width * scale)), static_cast<int>(std::ceil(rig.height * scale))};
 }
 
-double sensibleScale(double scale) {
-    return std::isfinite(scale) ? std::clamp(scale, 0.25, 4.0) : 1;
+// A figure larger than the screen could be neither seen nor got out of the way.
+double sensibleScale(const Rig& rig, double scale) {
+    constexpr double smallest = 0.25;
+    constexpr double largest = 4;
+    const QSize area = QGuiApplication::primaryScreen()->availableSize();
+    const double most = std::min({largest, area.width() / rig.width, area.height() / rig.height});
+    return std::isfinite(scale) ? std::max(smallest, std::min(scale, most)) : 1;
 }
 
 Place toPlace(QPoint point) {
@@ -51,7 +56,7 @@ QtCharacter::Loaded QtCharacter::load(const std::string& root, const std::string
 QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
     : rig_(std::move(rig)),
       art_(std::move(art)),
-      scale_(sensibleScale(options.scale)),
+      scale_(sensibleScale(rig_, options.scale)),
       window_(sizeOf(rig_, scale_)),
       performer_({.rig = rig_,
                   .display = *this,
@@ -107,7 +112,7 @@ void QtCharacter::setVoice(const VoiceMaker& voice) {
 }
 
 void QtCharacter::setScale(double scale) {
-    scale_ = sensibleScale(scale);
+    scale_ = sensibleScale(rig_, scale);
     // The feet stay where they are.
     const QPoint feet = QRect(window_.position(), window_.size()).bottomLeft();
     window_.setFixedSize(sizeOf(rig_, scale_));

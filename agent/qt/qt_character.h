@@ -33,7 +33,7 @@ public:
     using VoiceMaker = std::function<std::unique_ptr<Voice>(const CharacterVoice& character, Post post)>;
 
     struct Options {
-        double scale = 1;  ///< pixels to a unit of the rig, 0.25 to 4
+        double scale = 1;  ///< pixels to a unit of the rig, 0.25 to 4; no larger than the screen
         Habits habits = {};
         std::optional<QPoint> position =
             {};  ///< of the upper left corner; else the lower right of the desktop
