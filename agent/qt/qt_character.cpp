@@ -142,7 +142,12 @@ QRect QtCharacter::figure() const {
 
 void QtCharacter::dragged() {
     performer_.moved();
+    followFigure();
+}
+
+void QtCharacter::followFigure() {
     if (balloon_.isVisible()) balloon_.follow(figure());
+    if (onMoved) onMoved();
 }
 
 void QtCharacter::tellPlace() {
@@ -161,6 +166,7 @@ void QtCharacter::draw(const Pose& pose, bool still) {
 
 void QtCharacter::showFigure(bool visible) {
     window_.setVisible(visible);
+    if (onMoved) onMoved();
 }
 
 Place QtCharacter::position() const {
@@ -170,7 +176,7 @@ Place QtCharacter::position() const {
 void QtCharacter::place(Place corner) {
     if (window_.held()) return;
     window_.place(toPoint(corner));
-    if (balloon_.isVisible()) balloon_.follow(figure());
+    followFigure();
 }
 
 Place QtCharacter::inside(Place corner) const {

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QPushButton;
 class QSpinBox;
 
 namespace velmora::qt {
@@ -33,6 +34,9 @@ public:
     /// `voices` are the names on offer; `applied` is told when something has been written.
     CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices, SpeechTrial trial,
                      std::function<void()> applied);
+
+    /// Offers to listen at once, with whatever keys and microphone are in use now.
+    void offerListening(std::function<void()> listen);
 
     void accept() override;
 
@@ -59,6 +63,7 @@ private:
     QSpinBox* pitch_;
     QComboBox* device_;
     QComboBox* key_;
+    QPushButton* listen_;
 };
 
 }  // namespace velmora::qt
