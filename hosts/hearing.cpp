@@ -88,6 +88,7 @@ HeardTip Hearing::tipFor(const agent::EarPhrase& phrase) const {
     if (likeliest == all.end()) return tip;
     const int asked = std::max(likeliest->Confidence, floorScore);
     if (phrase.score <= asked && !likeliest->ConfidenceText.empty()) tip.text = likeliest->ConfidenceText;
+    if (phrase.score <= floorScore) tip.choices.push_back({likeliest->Name, likeliest->Caption});
     for (const std::string& name : phrase.runnersUp) {
         if (const auto other = named(name); other != all.end()) tip.choices.push_back({name, other->Caption});
     }

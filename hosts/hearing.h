@@ -19,7 +19,7 @@ struct HeardTip {
         std::string name;
         std::string caption;
     };
-    std::vector<Choice> choices;  ///< other commands that may have been meant
+    std::vector<Choice> choices;  ///< commands that may have been meant, but for the one that is obeyed
 };
 
 /// Brings an ear and the character together: listens while the character is told to, and hands on what was

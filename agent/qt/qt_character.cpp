@@ -80,6 +80,7 @@ QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
         dragged();
         tellPlace();
     };
+    window_.setWindowTitle(QString::fromStdString(rig_.name));
     window_.setAccessibleName(QString::fromStdString(rig_.name));
     constexpr int margin = 24;
     const QRect area = QGuiApplication::primaryScreen()->availableGeometry();

@@ -131,7 +131,7 @@ void HeardTipWindow::takeKeyboard() {
     if (!isVisible() || buttons_.empty()) return;
     acceptKeyboard(true);
     activateWindow();
-    buttons_.front()->setFocus(Qt::ShortcutFocusReason);
+    buttons_.front()->setFocus(Qt::TabFocusReason);  // which shows where it is
 }
 
 void HeardTipWindow::hideUnlessUsed() {

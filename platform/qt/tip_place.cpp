@@ -22,8 +22,8 @@ QPoint placeTip(QRect figure, QSize size, QRect available) {
     };
     if (figure.isEmpty())
         return inside(available.bottomRight() - QPoint(size.width() + margin, size.height() + margin));
-    const int x = figure.center().x() - size.width() / 2;
-    const int y = figure.center().y() - size.height() / 2;
+    const int x = figure.left() + (figure.width() - size.width()) / 2;
+    const int y = figure.top() + (figure.height() - size.height()) / 2;
     const std::array corners{
         inside({x, figure.bottom() + 1 + gap}), inside({figure.left() - gap - size.width(), y}),
         inside({figure.right() + 1 + gap, y}), inside({x, figure.top() - gap - size.height()})};
