@@ -49,7 +49,6 @@ HeardTipWindow::HeardTipWindow(std::function<QRect()> figure)
     setAutoFillBackground(true);
     setBackgroundRole(QPalette::ToolTipBase);
     setForegroundRole(QPalette::ToolTipText);
-    setWindowTitle(tr("What was heard"));
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.85);
     hint_.setFont(small);
@@ -100,6 +99,7 @@ void HeardTipWindow::addChoice(Choice choice) {
 }
 
 void HeardTipWindow::announce(const QString& text) {
+    setWindowTitle(text);
     setAccessibleName(text);
     QAccessibleEvent named(this, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&named);
