@@ -56,13 +56,16 @@ qt::CharacterSettings CharacterWindows::settings() {
 void CharacterWindows::setFigure(agent::QtCharacter& figure, Sound sound) {
     figure_ = &figure;
     sound_ = sound;
+    figure.onMoved = [this] {
+        if (onFigureMoved) onFigureMoved();
+    };
 }
 
-void CharacterWindows::listenAsked(bool on) {
+void CharacterWindows::listening(bool on) {
     if (figure_) figure_->listening(on);
 }
 
-void CharacterWindows::heard(const std::string&, const std::string&, int) {
+void CharacterWindows::speechBegun() {
     if (figure_) figure_->speechHeard();
 }
 
@@ -70,7 +73,13 @@ void CharacterWindows::propertiesAsked() {
     if (!options_ || !options_->isVisible()) {
         options_ = std::make_unique<qt::CharacterOptions>(settings(), voicesOnOffer(), trial(), [this] {
             if (figure_) applySettings(*figure_, machine_.machineSettings, sound_);
+            if (onApplied) onApplied();
         });
+        if (onListenNow) {
+            options_->offerListening([this] {
+                if (onListenNow) onListenNow();
+            });
+        }
     }
     raise(*options_);
 }

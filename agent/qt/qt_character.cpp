@@ -85,6 +85,7 @@ QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
         dragged();
         tellPlace();
     };
+    window_.setWindowTitle(QString::fromStdString(rig_.name));
     window_.setAccessibleName(QString::fromStdString(rig_.name));
     constexpr int margin = 24;
     const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
@@ -147,7 +148,12 @@ QRect QtCharacter::figure() const {
 
 void QtCharacter::dragged() {
     performer_.moved();
+    followFigure();
+}
+
+void QtCharacter::followFigure() {
     if (balloon_.isVisible()) balloon_.follow(figure());
+    if (onMoved) onMoved();
 }
 
 void QtCharacter::tellPlace() {
@@ -166,6 +172,7 @@ void QtCharacter::draw(const Pose& pose, bool still) {
 
 void QtCharacter::showFigure(bool visible) {
     window_.setVisible(visible);
+    if (onMoved) onMoved();
 }
 
 Place QtCharacter::position() const {
@@ -175,7 +182,7 @@ Place QtCharacter::position() const {
 void QtCharacter::place(Place corner) {
     if (window_.held()) return;
     window_.place(toPoint(corner));
-    if (balloon_.isVisible()) balloon_.follow(figure());
+    followFigure();
 }
 
 Place QtCharacter::inside(Place corner) const {

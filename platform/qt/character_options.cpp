@@ -81,7 +81,8 @@ CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector
       rate_(numberField(ratesOffered, tr(" words per minute"))),
       pitch_(numberField(pitchesOffered, {})),
       device_(new QComboBox),
-      key_(new QComboBox) {
+      key_(new QComboBox),
+      listen_(new QPushButton(tr("&Listen now"))) {
     setWindowTitle(tr("Character Options"));
     auto* box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -155,7 +156,16 @@ QWidget* CharacterOptions::hearingPart() {
     auto* form = new QFormLayout(group);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(tr("&Key to talk:"), key_);
+    listen_->setObjectName(QStringLiteral("listenNow"));
+    listen_->setAutoDefault(false);
+    listen_->hide();
+    form->addRow(listen_);
     return group;
+}
+
+void CharacterOptions::offerListening(std::function<void()> listen) {
+    listen_->show();
+    connect(listen_, &QPushButton::clicked, this, [call = std::move(listen)] { call(); });
 }
 
 SpeechChoice CharacterOptions::choice() const {

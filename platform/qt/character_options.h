@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QPushButton;
 class QSpinBox;
 
 namespace velmora::qt {
@@ -40,6 +41,9 @@ public:
     CharacterOptions(CharacterSettings settings, const std::vector<OfferedVoice>& voices, SpeechTrial trial,
                      std::function<void()> applied);
 
+    /// Offers to listen at once, with whatever keys and microphone are in use now.
+    void offerListening(std::function<void()> listen);
+
     void accept() override;
 
 protected:
@@ -65,6 +69,7 @@ private:
     QSpinBox* pitch_;
     QComboBox* device_;
     QComboBox* key_;
+    QPushButton* listen_;
 };
 
 }  // namespace velmora::qt

@@ -120,7 +120,14 @@ TEST_F(DesktopTest, TheOptionsShowWhatIsSetAndWriteOnlyWhatWasChanged) {
         settings, {{"en-gb", "British"}, {"flite:slt", "Clear, female (slt)"}},
         {.figure = nullptr, .speak = [&](const qt::SpeechChoice& choice) { heard = choice; }},
         [&] { ++applied; });
+    int asked = 0;
     options.show();
+    auto* listen = options.findChild<QPushButton*>(QStringLiteral("listenNow"));
+    EXPECT_FALSE(listen->isVisible()) << "where nobody listens";
+    options.offerListening([&] { ++asked; });
+    EXPECT_TRUE(listen->isVisible());
+    listen->click();
+    EXPECT_EQ(asked, 1);
     const auto numbers = options.findChildren<QSpinBox*>();
     const auto boxes = options.findChildren<QComboBox*>();
     const auto checks = options.findChildren<QCheckBox*>();
