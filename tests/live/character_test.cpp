@@ -21,7 +21,9 @@ TEST_F(Character, StandsAtTheNextStartWhereItWasDragged) {
     auto program = start();
     screen.waitForEndOf(screen.waitForPopup(soon()), soon());
     xdotool({"mousemove", "--window", findWindow({"--class", "velmora"}), "100", "130", "mousedown", "1"});
-    xdotool({"mousemove", "310", "310", "mousemove", "300", "300", "mouseup", "1", "click", "3"});
+    xdotool({"mousemove", "310", "310", "mousemove", "300", "300", "mouseup", "1"});
+    screen.waitForWindowAt(200, 170, soon());  // as far from the pointer as where it was taken hold of
+    xdotool({"click", "3"});
     const auto menu = screen.waitForPopup(soon());
     xdotool({"key", "Up", "Return"});  // the last entry is Exit
     screen.waitForEndOf(menu, soon());

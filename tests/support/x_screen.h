@@ -26,6 +26,10 @@ public:
     /// Waits until this window is unmapped or destroyed; throws as waitForPopup does.
     void waitForEndOf(xcb_window_t window, ChildProcess::Clock::time_point deadline);
 
+    /// Waits until a window, or its frame, comes to this place, in pixels from the screen's corner; throws as
+    /// waitForPopup does.
+    void waitForWindowAt(int x, int y, ChildProcess::Clock::time_point deadline);
+
 private:
     struct Free {
         void operator()(void* allocated) const;
