@@ -20,9 +20,7 @@
 #include "platform/qt/qt_tray.h"
 
 using namespace velmora;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
+using namespace testing;
 
 namespace {
 
