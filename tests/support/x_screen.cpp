@@ -88,15 +88,6 @@ void XScreen::waitForWindowAt(int x, int y, ChildProcess::Clock::time_point dead
     }
 }
 
-void XScreen::waitForWindowAt(int x, int y, ChildProcess::Clock::time_point deadline) {
-    for (;;) {
-        const auto event = nextEvent(deadline);
-        if ((event->response_type & eventKind) != XCB_CONFIGURE_NOTIFY) continue;
-        const auto* placed = reinterpret_cast<const xcb_configure_notify_event_t*>(event.get());
-        if (placed->x == x && placed->y == y) return;
-    }
-}
-
 bool XScreen::isVelmoras(xcb_window_t window) {
     const auto cookie =
         xcb_get_property(connection_.get(), 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 64);
