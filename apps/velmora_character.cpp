@@ -22,11 +22,11 @@ struct Place {
     std::string root, name;
 };
 
-// A folder where there is one, else the name of an installed character.
+// A path, or a folder with a character, is meant as such; else it is the name of an installed character.
 Place placeOf(const QString& argument) {
     std::error_code error;
     const fs::path given(argument.toStdString());
-    if (!fs::is_regular_file(given / "character.json", error))
+    if (!given.has_parent_path() && !fs::is_regular_file(given / "character.json", error))
         return {velmora::installedDataFolder() + "/characters", given.string()};
     const fs::path folder = fs::weakly_canonical(given, error);
     return {folder.parent_path().string(), folder.filename().string()};

@@ -1,7 +1,10 @@
 #include "hosts/character_windows.h"
 
 #include <QDir>
+#include <algorithm>
+#include <array>
 #include <set>
+#include <string_view>
 #include <variant>
 
 #include "agent/qt/figure_view.h"
@@ -12,13 +15,28 @@
 namespace velmora {
 namespace {
 
-const std::vector<std::string> voices{"en-us",      "en-gb",     "en-gb-scotland",
-                                      "en-gb-x-rp", "en-us-nyc", "en-029"};
+struct KnownVoice {
+    std::string_view name;
+    std::string_view caption;
+    bool everywhere = true;  // else only where it is installed
+};
+constexpr std::array<KnownVoice, 9> voices = {{{"en-us", "American (en-us)"},
+                                               {"en-us-nyc", "American, New York (en-us-nyc)"},
+                                               {"en-gb", "British (en-gb)"},
+                                               {"en-gb-x-rp", "British, refined (en-gb-x-rp)"},
+                                               {"en-gb-scotland", "Scottish (en-gb-scotland)"},
+                                               {"en-029", "Caribbean (en-029)"},
+                                               {"flite:slt", "Clear, female (slt)", false},
+                                               {"flite:rms", "Clear, male (rms)", false},
+                                               {"flite:awb", "Clear, Scottish male (awb)", false}}};
 
-// Those that are always there, and those of the clearer engine that are installed.
-std::vector<std::string> voicesOnOffer() {
-    std::vector<std::string> offered = voices;
-    for (std::string& voice : agent::installedVoices()) offered.push_back(std::move(voice));
+std::vector<qt::OfferedVoice> voicesOnOffer() {
+    const auto installed = agent::installedVoices();
+    std::vector<qt::OfferedVoice> offered;
+    for (const KnownVoice& voice : voices) {
+        if (voice.everywhere || std::ranges::find(installed, voice.name) != installed.end())
+            offered.push_back({std::string(voice.name), std::string(voice.caption)});
+    }
     return offered;
 }
 
@@ -38,13 +56,16 @@ qt::CharacterSettings CharacterWindows::settings() {
 void CharacterWindows::setFigure(agent::QtCharacter& figure, Sound sound) {
     figure_ = &figure;
     sound_ = sound;
+    figure.onMoved = [this] {
+        if (onFigureMoved) onFigureMoved();
+    };
 }
 
-void CharacterWindows::listenAsked(bool on) {
+void CharacterWindows::listening(bool on) {
     if (figure_) figure_->listening(on);
 }
 
-void CharacterWindows::heard(const std::string&, const std::string&, int) {
+void CharacterWindows::speechBegun() {
     if (figure_) figure_->speechHeard();
 }
 
@@ -52,7 +73,13 @@ void CharacterWindows::propertiesAsked() {
     if (!options_ || !options_->isVisible()) {
         options_ = std::make_unique<qt::CharacterOptions>(settings(), voicesOnOffer(), trial(), [this] {
             if (figure_) applySettings(*figure_, machine_.machineSettings, sound_);
+            if (onApplied) onApplied();
         });
+        if (onListenNow) {
+            options_->offerListening([this] {
+                if (onListenNow) onListenNow();
+            });
+        }
     }
     raise(*options_);
 }

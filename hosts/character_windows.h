@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QPointer>
+#include <QRect>
+#include <functional>
 #include <memory>
 
 #include "agent/qt/package_reader.h"
@@ -23,8 +25,16 @@ public:
     /// The figure on the desktop, which may go at any time.
     void setFigure(agent::QtCharacter& figure, Sound sound);
 
-    void listenAsked(bool on) override;
-    void heard(const std::string& words, const std::string& command, int confidence) override;
+    /// The part of the desktop that the figure takes up; empty while it is not on the screen.
+    QRect figureArea() const { return figure_ ? figure_->area() : QRect(); }
+
+    std::function<void()> onFigureMoved;  ///< or it has come or gone, or is of another size
+    std::function<void()> onApplied;      ///< options of the character have been written
+    /// What the options window offers as "Listen now"; if it is empty, that is not offered.
+    std::function<void()> onListenNow;
+
+    void listening(bool on) override;
+    void speechBegun() override;
     void propertiesAsked() override;
     void choiceAsked() override;
 

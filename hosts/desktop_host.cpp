@@ -45,7 +45,7 @@ int runOnDesktop(const Options& options, Folders folders) {
              return {name, std::move(character)};
          }});
     agent.add(characterWindows);
-    DesktopHearing hearing(machine, agent);
+    DesktopHearing hearing({.machine = machine, .agent = agent, .windows = characterWindows, .tray = tray});
     Platform platform = machine.platform(*shell, tray, pointer, agent, machine.link);
     Program program(platform);
     qt::QtWindows windows(program.forms(), qt::views());

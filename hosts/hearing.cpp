@@ -26,26 +26,49 @@ std::vector<agent::EarCommand> Hearing::commands() const {
 }
 
 void Hearing::hear(const std::string& path, std::function<void(const std::string&)> done) {
-    ear_.hear(
-        path, commands(),
-        {.onPhrase = [this](const agent::EarPhrase& phrase) { handOn(phrase); }, .onEnd = std::move(done)});
+    ear_.hear(path, commands(),
+              {.onSpeech = [this] { needs_.agent.speechBegun(); },
+               .onPhrase = [this](const agent::EarPhrase& phrase) { handOn(phrase); },
+               .onEnd = std::move(done)});
+    over();
 }
 
 void Hearing::listenAsked(bool on) {
     if (on) return press();
     ear_.stop();
-    tellListening(false, {});
+    ended({});
+}
+
+void Hearing::giveUp() {
+    ear_.stop();
+    ended("The microphone does not answer.");
 }
 
 void Hearing::press() {
-    if (!needs_.microphone || !needs_.agent.commands()) return;
-    tellListening(true, {});
-    ear_.listen(commands(), {.onPhrase = [this](const agent::EarPhrase& phrase) { handOn(phrase); },
-                             .onEnd = [this](const std::string& failure) { tellListening(false, failure); }});
+    if (!needs_.agent.commands()) return;
+    if (onAsked) onAsked();
+    ear_.listen(commands(), {.onBegin = [this] { begun(); },
+                             .onSpeech = [this] { needs_.agent.speechBegun(); },
+                             .onPhrase =
+                                 [this](const agent::EarPhrase& phrase) {
+                                     over();
+                                     handOn(phrase);
+                                 },
+                             .onEnd = [this](const std::string& failure) { ended(failure); }});
 }
 
-void Hearing::tellListening(bool listening, const std::string& failure) const {
-    if (needs_.microphone && onListening) onListening(listening, failure);
+void Hearing::begun() {
+    if (!std::exchange(listening_, true)) needs_.agent.listening(true);
+    if (onListening) onListening();
+}
+
+void Hearing::ended(const std::string& failure) {
+    over();
+    if (onEnd) onEnd(failure);
+}
+
+void Hearing::over() {
+    if (std::exchange(listening_, false)) needs_.agent.listening(false);
 }
 
 void Hearing::handOn(const agent::EarPhrase& phrase) {
@@ -65,6 +88,7 @@ HeardTip Hearing::tipFor(const agent::EarPhrase& phrase) const {
     if (likeliest == all.end()) return tip;
     const int asked = std::max(likeliest->Confidence, floorScore);
     if (phrase.score <= asked && !likeliest->ConfidenceText.empty()) tip.text = likeliest->ConfidenceText;
+    if (phrase.score <= floorScore) tip.choices.push_back({likeliest->Name, likeliest->Caption});
     for (const std::string& name : phrase.runnersUp) {
         if (const auto other = named(name); other != all.end()) tip.choices.push_back({name, other->Caption});
     }

@@ -64,6 +64,9 @@ public:
     }
     void stopAllAsked() override { stage_->stop(); }  // asked only of a character that is there
 
+    // The terminal hears as long as it is asked to.
+    void listenAsked(bool on) override { characterWindows_.listening(on); }
+
     Tray& tray() { return tray_; }
     AgentObserver& characterWindows() { return characterWindows_; }
 

@@ -36,7 +36,7 @@ public:
     void begin(Job job) {
         const std::lock_guard lock(mutex_);
         ++turn_;
-        finishing_ = false;
+        finished_.reset();
         waiting_ = std::move(job);
         if (!std::exchange(running_, true))
             std::thread([self = shared_from_this()] { self->run(); }).detach();
@@ -45,7 +45,7 @@ public:
 
     void finishPhrase() {
         const std::lock_guard lock(mutex_);
-        finishing_ = true;
+        finished_ = Clock::now();
     }
 
     void stop() {
@@ -68,6 +68,7 @@ public:
 
 private:
     using Turn = std::uint64_t;
+    using Clock = std::chrono::steady_clock;
 
     void run() {
         Turn turn = 0;
@@ -95,27 +96,38 @@ private:
         for (const Samples& phrase : findPhrases(std::get<Samples>(read))) {
             if (stopped(turn)) break;
             if (!learn(job.commands)) return cannotHear;
+            deliver(turn, job.events.onSpeech);
             tell(recogniser_->recognise(phrase), job, turn);
         }
         return {};
     }
 
     std::string listen(const Job& job, Turn turn) {
-        constexpr int patience = 10 * 50;
+        constexpr std::chrono::milliseconds pieceLength{20};
+        constexpr int patience = 10'000 / pieceLength.count();
         const auto source = needs_.microphone ? needs_.microphone() : nullptr;
         if (!source) return "There is no microphone.";
+        // A device may open long before it gives any sound. From then on, what we don't read waits in it.
+        std::array<std::int16_t, hearingRate * pieceLength.count() / 1000> piece{};
+        bool lost = !source->read(piece);
+        auto heardUpTo = Clock::now();
+        if (!lost) deliver(turn, job.events.onBegin);
         if (!learn(job.commands)) return cannotHear;
         PhraseReader reader([this](const Samples& phrase) { return recogniser_->recognise(phrase); });
-        std::array<std::int16_t, hearingRate / 50> piece{};
         bool ended = false;
-        for (int waited = 0; !ended && waited < patience; waited += reader.speaking() ? 0 : 1) {
+        bool spoken = false;
+        for (int waited = 0; waited < patience; waited += reader.speaking() ? 0 : 1) {
+            if (lost) return "The microphone is gone.";
             if (stopped(turn)) return {};
-            if (!source->read(piece)) return "The microphone is gone.";
             ended = reader.feed(piece);
-            if (!ended && finishing()) {
+            if (reader.speaking() && !std::exchange(spoken, true)) deliver(turn, job.events.onSpeech);
+            if (!ended && finishedBefore(heardUpTo)) {
                 ended = reader.finish();
                 break;
             }
+            if (ended) break;
+            lost = !source->read(piece);
+            heardUpTo += pieceLength;
         }
         if (ended) tell(reader.result(), job, turn);
         return {};
@@ -145,14 +157,14 @@ private:
         return turn != turn_;
     }
 
-    bool finishing() {
+    bool finishedBefore(Clock::time_point time) {
         const std::lock_guard lock(mutex_);
-        return finishing_;
+        return finished_ && *finished_ <= time;
     }
 
     void deliver(Turn turn, std::function<void()> event) {
         const std::lock_guard lock(mutex_);
-        if (turn != turn_ || !needs_.post) return;
+        if (!event || turn != turn_ || !needs_.post) return;
         needs_.post([self = shared_from_this(), turn, event = std::move(event)] {
             if (!self->stopped(turn)) event();
         });
@@ -168,7 +180,7 @@ private:
     std::condition_variable changed_;
     std::optional<Job> waiting_;
     Turn turn_ = 0;  ///< counts what was begun or stopped: what belongs to an earlier turn is void
-    bool finishing_ = false;
+    std::optional<Clock::time_point> finished_;  ///< when whoever speaks has said it all
     bool running_ = false;
     bool quitting_ = false;
 };

@@ -31,6 +31,10 @@ struct EarPhrase {
 /// What an ear tells, each in a turn of the caller's loop. None is called after `onEnd`, after `stop`, or
 /// after the ear begins to listen to something else.
 struct EarEvents {
+    /// What is said from now on is heard: the microphone is open.
+    std::function<void()> onBegin = {};
+    /// Somebody has begun to speak a phrase, of which nothing is known yet.
+    std::function<void()> onSpeech = {};
     std::function<void(const EarPhrase&)> onPhrase;
     /// Listening is over; with a sentence that says why, if it ended for a failure.
     std::function<void(const std::string& failure)> onEnd;
@@ -57,7 +61,8 @@ public:
     /// Listens to a WAV file (`readWav`), for all the phrases in it.
     void hear(const std::string& path, std::vector<EarCommand> commands, EarEvents events);
 
-    /// Whoever was speaking has said it all: the phrase under way ends at once, and so does the listening.
+    /// Whoever was speaking has said it all: the phrase under way ends with what has been said up to now, and
+    /// so does the listening.
     void finishPhrase();
 
     /// Listens no more. Nothing to stop is no failure.

@@ -1,5 +1,6 @@
 #include "agent/qt/art_guard.h"
 
+#include <QRegularExpression>
 #include <QXmlStreamReader>
 #include <algorithm>
 #include <array>
@@ -13,6 +14,7 @@ namespace {
 constexpr qsizetype largestArt = 1'000'000;
 constexpr int mostElements = 10'000;
 constexpr int deepest = 64;
+constexpr int mostStops = 64;  // of one gradient: their memory grows with the square of their number
 
 // What a figure is drawn with.
 constexpr std::array<QStringView, 17> drawing = {
@@ -35,16 +37,22 @@ bool isIn(std::span<const QStringView> names, QStringView name) {
     throw BadPackage(QStringLiteral("line %1 %2").arg(reader.lineNumber()).arg(what));
 }
 
+// Whether an attribute asks for dashes: a dash far smaller than its line takes the renderer for ever.
+bool asksForDashes(const QXmlStreamAttribute& attribute) {
+    static const QRegularExpression dashes(QStringLiteral("stroke-dasharray(?!\\s*:\\s*none\\s*(;|$))"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    if (attribute.name().compare(u"stroke-dasharray", Qt::CaseInsensitive) == 0)
+        return attribute.value().trimmed() != u"none";
+    return dashes.match(attribute.value().toString()).hasMatch();
+}
+
 void refuseElement(const QXmlStreamReader& reader) {
     const bool ours =
         reader.namespaceUri().isEmpty() || reader.namespaceUri() == u"http://www.w3.org/2000/svg";
     const bool fits = ours ? isIn(drawing, reader.name()) : !isIn(refused, reader.name());
     if (!fits) fail(reader, QStringLiteral("has a \"%1\" element").arg(reader.name()));
     for (const QXmlStreamAttribute& attribute : reader.attributes()) {
-        // A dash far smaller than its line takes the renderer for ever.
-        if (attribute.name() == u"stroke-dasharray" || attribute.value().contains(u"stroke-dasharray")) {
-            if (!attribute.value().endsWith(u"none")) fail(reader, QStringLiteral("has a dashed line"));
-        }
+        if (asksForDashes(attribute)) fail(reader, QStringLiteral("has a dashed line"));
         if (attribute.name() == u"href" && !attribute.value().startsWith(u'#'))
             fail(reader, QStringLiteral("refers to something outside"));
     }
@@ -59,6 +67,7 @@ void refuseUnfitArt(const QByteArray& art) {
     QXmlStreamReader reader(art);
     int elements = 0;
     int depth = 0;
+    int stops = 0;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
             case QXmlStreamReader::DTD:
@@ -68,6 +77,8 @@ void refuseUnfitArt(const QByteArray& art) {
                 if (++elements > mostElements) fail(reader, QStringLiteral("is one element too many"));
                 if (++depth > deepest) fail(reader, QStringLiteral("is nested too deeply"));
                 refuseElement(reader);
+                stops = reader.name() == u"stop" ? stops + 1 : 0;
+                if (stops > mostStops) fail(reader, QStringLiteral("is one stop of a gradient too many"));
                 break;
             case QXmlStreamReader::EndElement:
                 --depth;

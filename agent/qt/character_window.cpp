@@ -1,5 +1,7 @@
 #include "agent/qt/character_window.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCursor>
 #include <QMouseEvent>
@@ -49,6 +51,31 @@ QRect difference(const QImage& before, const QImage& after) {
     return {QPoint(static_cast<int>(left), top), QPoint(static_cast<int>(right) - 1, bottom)};
 }
 
+/// What a mouse does with the figure, for those who have none.
+class FigureActions : public QAccessibleWidget {
+public:
+    explicit FigureActions(CharacterWindow& figure)
+        : QAccessibleWidget(&figure, QAccessible::Graphic), figure_(figure) {}
+
+    QStringList actionNames() const override { return {pressAction(), doubleClick(), showMenuAction()}; }
+    QString localizedActionName(const QString& name) const override {
+        return name == doubleClick() ? CharacterWindow::tr("Double-click")
+                                     : QAccessibleWidget::localizedActionName(name);
+    }
+    void doAction(const QString& name) override {
+        if (!actionNames().contains(name)) return;
+        const auto call = name == doubleClick() ? figure_.onDoubleClick : figure_.onClick;
+        const QPoint at = QRect(figure_.position(), figure_.size()).center();
+        const auto button = name == showMenuAction() ? Qt::RightButton : Qt::LeftButton;
+        if (call) call(buttonNumber(button), 0, at.x(), at.y());
+    }
+
+private:
+    static QString doubleClick() { return QStringLiteral("DoubleClick"); }
+
+    CharacterWindow& figure_;
+};
+
 }  // namespace
 
 CharacterWindow::CharacterWindow(QSize size)
@@ -59,6 +86,8 @@ CharacterWindow::CharacterWindow(QSize size)
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
     setFixedSize(size);
+    // Owned by the toolkit from here on, and gone with the widget.
+    QAccessible::registerAccessibleInterface(new FigureActions(*this));
 }
 
 void CharacterWindow::setFrame(QImage frame, bool still) {

@@ -16,17 +16,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr qsizetype largestFile = 4'000'000;
+constexpr qsizetype largestFile = 1'000'000;
+constexpr qsizetype longestReason = 300;
 
 bool isPlainName(const std::string& name) {
     return !name.empty() && name.front() != '.' &&
            name.find_first_of(std::string_view("/\\\0", 3)) == std::string::npos;
 }
 
+// Whether a link takes the path out of the folder: a package shows nothing but what is in it.
+bool leadsOut(const fs::path& folder, const fs::path& path) {
+    std::error_code error;
+    const fs::path inside = fs::canonical(folder, error);
+    return !error && fs::canonical(path, error).parent_path() != inside && !error;
+}
+
 QByteArray readFile(const fs::path& folder, const std::string& name) {
     const QString shown = QString::fromStdString(name);
     if (!isPlainName(name)) throw BadPackage(QStringLiteral("\"%1\" is no file name").arg(shown));
     const fs::path path = folder / name;
+    if (leadsOut(folder, path)) throw BadPackage(QStringLiteral("%1 is a link out of it").arg(shown));
     std::error_code error;
     // A pipe or device would be read for ever.
     std::ifstream file;
@@ -94,6 +103,17 @@ Package read(const fs::path& folder) {
     return package;
 }
 
+// Names come from the disk: a person reads this in a terminal.
+std::string readable(QString reason) {
+    constexpr qsizetype half = longestReason / 2;
+    if (reason.size() > longestReason)
+        reason = reason.left(half) + QStringLiteral("...") + reason.right(half);
+    for (QChar& c : reason) {
+        if (!c.isPrint()) c = u'?';
+    }
+    return reason.toStdString();
+}
+
 }  // namespace
 
 PackageResult readPackage(const std::string& root, const std::string& name) {
@@ -107,7 +127,7 @@ PackageResult readPackage(const std::string& root, const std::string& name) {
         }
         return read(folder);
     } catch (const BadPackage& bad) {
-        return "The character \"" + name + "\" can't be loaded: " + bad.reason.toStdString() + ".";
+        return "The character \"" + name + "\" can't be loaded: " + readable(bad.reason) + ".";
     }
 }
 

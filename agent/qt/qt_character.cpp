@@ -16,8 +16,13 @@ QSize sizeOf(const Rig& rig, double scale) {
     return {static_cast<int>(std::ceil(rig.width * scale)), static_cast<int>(std::ceil(rig.height * scale))};
 }
 
-double sensibleScale(double scale) {
-    return std::isfinite(scale) ? std::clamp(scale, 0.25, 4.0) : 1;
+// A figure larger than the screen could be neither seen nor got out of the way.
+double sensibleScale(const Rig& rig, double scale) {
+    constexpr double smallest = 0.25;
+    constexpr double largest = 4;
+    const QSize area = QGuiApplication::primaryScreen()->availableSize();
+    const double most = std::min({largest, area.width() / rig.width, area.height() / rig.height});
+    return std::isfinite(scale) ? std::max(smallest, std::min(scale, most)) : 1;
 }
 
 Place toPlace(QPoint point) {
@@ -51,7 +56,7 @@ QtCharacter::Loaded QtCharacter::load(const std::string& root, const std::string
 QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
     : rig_(std::move(rig)),
       art_(std::move(art)),
-      scale_(sensibleScale(options.scale)),
+      scale_(sensibleScale(rig_, options.scale)),
       window_(sizeOf(rig_, scale_)),
       performer_({.rig = rig_,
                   .display = *this,
@@ -80,6 +85,7 @@ QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
         dragged();
         tellPlace();
     };
+    window_.setWindowTitle(QString::fromStdString(rig_.name));
     window_.setAccessibleName(QString::fromStdString(rig_.name));
     constexpr int margin = 24;
     const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
@@ -107,7 +113,7 @@ void QtCharacter::setVoice(const VoiceMaker& voice) {
 }
 
 void QtCharacter::setScale(double scale) {
-    scale_ = sensibleScale(scale);
+    scale_ = sensibleScale(rig_, scale);
     // The feet stay where they are.
     const QPoint feet = QRect(window_.position(), window_.size()).bottomLeft();
     window_.setFixedSize(sizeOf(rig_, scale_));
@@ -142,7 +148,12 @@ QRect QtCharacter::figure() const {
 
 void QtCharacter::dragged() {
     performer_.moved();
+    followFigure();
+}
+
+void QtCharacter::followFigure() {
     if (balloon_.isVisible()) balloon_.follow(figure());
+    if (onMoved) onMoved();
 }
 
 void QtCharacter::tellPlace() {
@@ -161,6 +172,7 @@ void QtCharacter::draw(const Pose& pose, bool still) {
 
 void QtCharacter::showFigure(bool visible) {
     window_.setVisible(visible);
+    if (onMoved) onMoved();
 }
 
 Place QtCharacter::position() const {
@@ -170,7 +182,7 @@ Place QtCharacter::position() const {
 void QtCharacter::place(Place corner) {
     if (window_.held()) return;
     window_.place(toPoint(corner));
-    if (balloon_.isVisible()) balloon_.follow(figure());
+    followFigure();
 }
 
 Place QtCharacter::inside(Place corner) const {

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
+#include <QRect>
 #include <QString>
 #include <QTimer>
 #include <cstddef>
@@ -33,7 +34,7 @@ public:
     using VoiceMaker = std::function<std::unique_ptr<Voice>(const CharacterVoice& character, Post post)>;
 
     struct Options {
-        double scale = 1;  ///< pixels to a unit of the rig, 0.25 to 4
+        double scale = 1;  ///< pixels to a unit of the rig, 0.25 to 4; no larger than the screen
         Habits habits = {};
         std::optional<QPoint> position =
             {};  ///< of the upper left corner; else the lower right of the desktop
@@ -81,6 +82,12 @@ public:
     /// The figure has come to stand elsewhere: where its upper left corner is now.
     std::function<void(QPoint corner)> onPlaced;
 
+    /// `area` may have changed: on every step of a way or a drag, too.
+    std::function<void()> onMoved;
+
+    /// The part of the desktop that the figure takes up at rest; empty while it is not on screen.
+    QRect area() const { return onScreen() ? figure() : QRect(); }
+
     /// The figure's window, for a menu to belong to; never null.
     QWidget* window() { return &window_; }
 
@@ -103,6 +110,7 @@ private:
 
     QRect figure() const;
     void dragged();
+    void followFigure();
     void tellPlace();
     void watchScreens();
     void stayOnScreen();

@@ -14,6 +14,7 @@ namespace agent {
 namespace {
 
 // Beyond these, a description is a mistake or meant to harm.
+constexpr qsizetype longestName = 64;
 constexpr qsizetype mostBones = 128;
 constexpr qsizetype mostSlots = 64;
 constexpr qsizetype mostClips = 256;
@@ -186,6 +187,15 @@ Clip readClip(const std::string& name, const QJsonObject& object, const Rig& rig
     return clip;
 }
 
+// It is said and shown.
+std::string characterName(const QString& name) {
+    if (name.trimmed().isEmpty()) throw BadPackage(QStringLiteral("it has no name"));
+    const bool readable = std::ranges::all_of(name, [](QChar c) { return c.isPrint() || c.isSurrogate(); });
+    if (!readable || name.size() > longestName)
+        throw BadPackage(QStringLiteral("its \"name\" can't be that of a character"));
+    return name.toStdString();
+}
+
 CharacterVoice readVoice(const QJsonObject& object) {
     CharacterVoice voice;
     const auto level = [&object](QStringView member, int standard, int least, int most) {
@@ -204,8 +214,7 @@ CharacterVoice readVoice(const QJsonObject& object) {
 Rig readRig(const QJsonObject& root) {
     if (root.value(u"format").toInt() != 1) throw BadPackage(QStringLiteral("its format is not 1"));
     Rig rig;
-    rig.name = text(root.value(u"name"));
-    if (rig.name.empty()) throw BadPackage(QStringLiteral("it has no name"));
+    rig.name = characterName(root.value(u"name").toString());
     std::tie(rig.width, rig.height) = numberPair(root.value(u"size"), "size", smallestFigure, largestFigure);
     rig.voice = readVoice(objectIn(root, u"voice"));
 

@@ -19,7 +19,8 @@ public:
     /// Takes samples. A device waits until it has room for them. False: it is lost.
     virtual bool write(std::span<const std::int16_t> samples) = 0;
 
-    /// How long from now until what was written last is heard; nothing where that is the clock's to say.
+    /// How long from now until what was written last is heard; nothing where that is the clock's to say: in a
+    /// file, or once the device is lost.
     virtual std::optional<std::chrono::microseconds> delay() = 0;
 
     /// Forgets the last `unheard` of the samples written, which have not been heard.

@@ -51,6 +51,7 @@ bool DeviceThread::write(std::span<const std::int16_t> samples) {
 
 std::optional<std::chrono::microseconds> DeviceThread::delay() {
     const std::lock_guard lock(shared_->mutex);
+    if (shared_->lost) return std::nullopt;
     const auto samples = static_cast<std::int64_t>(shared_->waiting.size() + shared_->beingWritten);
     auto left = std::chrono::microseconds(samples * 1'000'000 / shared_->sampleRate);
     if (const auto heard = shared_->allHeard) {

@@ -13,6 +13,13 @@
 #include "agent/voice/synthesizer.h"
 #include "agent/voice/visemes.h"
 
+// The library opens a sound device when it is initialised, though samples are all that is asked of it, and
+// waits half a minute for a sound server that hangs. This function, found before that of its companion, gives
+// it none.
+extern "C" void* create_audio_device_object(const char*, const char*, const char*) {
+    return nullptr;
+}
+
 namespace agent {
 namespace {
 

@@ -74,6 +74,7 @@ void Player::updateHeard(TimePoint now) {
     const auto delay = sink_ ? sink_->delay() : std::nullopt;
     if (!delay) {
         heard_ = std::max(heard_, byClock);
+        lastProgress_ = {now, heard_};
         return;
     }
     std::size_t reported = written_ - std::min(written_, samplesIn(*delay));

@@ -19,6 +19,10 @@ public:
     virtual void moveAsked(int /*x*/, int /*y*/) {}
     virtual void stopAllAsked() {}
     virtual void listenAsked(bool /*on*/) {}
+    /// The microphone is on, or off again: whoever turned it on, and for whatever reason it went off.
+    virtual void listening(bool /*on*/) {}
+    /// Somebody has begun to speak.
+    virtual void speechBegun() {}
     /// What a recognition made of the words, before the character's program is told: `command` is empty if
     /// nothing fits.
     virtual void heard(const std::string& /*words*/, const std::string& /*command*/, int /*confidence*/) {}

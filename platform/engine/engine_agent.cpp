@@ -161,8 +161,17 @@ void EngineAgent::doubleClicked(const AgentClick& click) {
     });
 }
 
+void EngineAgent::listening(bool on) {
+    tell([on](AgentObserver& observer) { observer.listening(on); });
+}
+
+void EngineAgent::speechBegun() {
+    tell([](AgentObserver& observer) { observer.speechBegun(); });
+}
+
 void EngineAgent::say(const std::string& words) {
     if (id_.empty()) throw Failure(errors::objectNotSet);
+    speechBegun();
     auto heard = character_->Commands().hear(words);
     this->heard({std::move(heard.name), words, heard.confidence});
 }

@@ -51,6 +51,10 @@ public:
     void clicked(const AgentClick& click);
     void doubleClicked(const AgentClick& click);
 
+    /// Tell the observers of a microphone: when it goes on and off, and when somebody begins to speak.
+    void listening(bool on);
+    void speechBegun();
+
     /// What a microphone has heard: looks for the command, tells the observers, and raises `Command` in a
     /// turn of its own, also for words that fit no command. Fails with 91 if no character is loaded.
     void say(const std::string& words);

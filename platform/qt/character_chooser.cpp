@@ -5,8 +5,10 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPainter>
+#include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "platform/qt/text.h"
 
@@ -51,7 +53,7 @@ CharacterChooser::CharacterChooser(CharacterSettings settings, const std::vector
     for (const std::string& name : names)
         new QListWidgetItem(framed({}, devicePixelRatioF()), shown(name), names_);  // the list owns it
     const int cell = pictureSize + 30;
-    names_->setMinimumSize(cell * inARow, pictureSize + 3 * fontMetrics().height() + 20);
+    names_->setMinimumSize(cell + 40, pictureSize + 3 * fontMetrics().height() + 20);
     QObject::connect(names_, &QListWidget::itemActivated, this, [this] { accept(); });
 
     auto* later = new QLabel(tr("The character comes when Velmora is started the next time."));
@@ -63,6 +65,8 @@ CharacterChooser::CharacterChooser(CharacterSettings settings, const std::vector
     all->addWidget(names_, 1);
     all->addWidget(later);
     all->addWidget(box);
+    // Large letters on a small screen: the pictures stand in more than one row.
+    resize(std::min(cell * inARow + 40, screen()->availableSize().width() - 40), sizeHint().height());
 }
 
 // One in each turn of the loop: the window is there at once, however many there are.

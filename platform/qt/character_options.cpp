@@ -68,7 +68,7 @@ const QString percent = QStringLiteral(" %");
 
 }  // namespace
 
-CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices,
+CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector<OfferedVoice>& voices,
                                    SpeechTrial trial, std::function<void()> applied)
     : QDialog(nullptr, Qt::Window),
       settings_(std::move(settings)),
@@ -81,7 +81,8 @@ CharacterOptions::CharacterOptions(CharacterSettings settings, const std::vector
       rate_(numberField(ratesOffered, tr(" words per minute"))),
       pitch_(numberField(pitchesOffered, {})),
       device_(new QComboBox),
-      key_(new QComboBox) {
+      key_(new QComboBox),
+      listen_(new QPushButton(tr("&Listen now"))) {
     setWindowTitle(tr("Character Options"));
     auto* box = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     connect(box, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -130,9 +131,9 @@ QWidget* CharacterOptions::figurePart() {
     return group;
 }
 
-QWidget* CharacterOptions::voicePart(const std::vector<std::string>& voices) {
+QWidget* CharacterOptions::voicePart(const std::vector<OfferedVoice>& voices) {
     voice_->addItem(tr("The character's own"), QString());
-    for (const std::string& voice : voices) voice_->addItem(shown(voice), shown(voice));
+    for (const OfferedVoice& voice : voices) voice_->addItem(shown(voice.caption), shown(voice.name));
     device_->addItem(tr("The desktop's loudspeaker"), QStringLiteral("default"));
     device_->addItem(tr("None: speak silently"), QStringLiteral("none"));
     auto* group = new QGroupBox(tr("Voice"));
@@ -155,7 +156,16 @@ QWidget* CharacterOptions::hearingPart() {
     auto* form = new QFormLayout(group);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     form->addRow(tr("&Key to talk:"), key_);
+    listen_->setObjectName(QStringLiteral("listenNow"));
+    listen_->setAutoDefault(false);
+    listen_->hide();
+    form->addRow(listen_);
     return group;
+}
+
+void CharacterOptions::offerListening(std::function<void()> listen) {
+    listen_->show();
+    connect(listen_, &QPushButton::clicked, this, [call = std::move(listen)] { call(); });
 }
 
 SpeechChoice CharacterOptions::choice() const {

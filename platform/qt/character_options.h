@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QPushButton;
 class QSpinBox;
 
 namespace velmora::qt {
@@ -18,6 +19,12 @@ struct SpeechChoice {
     std::string voice;
     std::string rate;
     std::string pitch;
+};
+
+/// A voice on offer.
+struct OfferedVoice {
+    std::string name;     ///< what the settings call it
+    std::string caption;  ///< what a person calls it
 };
 
 /// How a choice is tried out, without being kept.
@@ -30,9 +37,12 @@ struct SpeechTrial {
 /// it opens it shows what is set; OK writes what was changed.
 class CharacterOptions : public QDialog {
 public:
-    /// `voices` are the names on offer; `applied` is told when something has been written.
-    CharacterOptions(CharacterSettings settings, const std::vector<std::string>& voices, SpeechTrial trial,
+    /// `applied` is told when something has been written.
+    CharacterOptions(CharacterSettings settings, const std::vector<OfferedVoice>& voices, SpeechTrial trial,
                      std::function<void()> applied);
+
+    /// Offers to listen at once, with whatever keys and microphone are in use now.
+    void offerListening(std::function<void()> listen);
 
     void accept() override;
 
@@ -41,7 +51,7 @@ protected:
 
 private:
     QWidget* figurePart();
-    QWidget* voicePart(const std::vector<std::string>& voices);
+    QWidget* voicePart(const std::vector<OfferedVoice>& voices);
     QWidget* hearingPart();
     SpeechChoice choice() const;
     void write(const char* section, const char* key, const std::string& value);
@@ -59,6 +69,7 @@ private:
     QSpinBox* pitch_;
     QComboBox* device_;
     QComboBox* key_;
+    QPushButton* listen_;
 };
 
 }  // namespace velmora::qt

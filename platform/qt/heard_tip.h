@@ -10,8 +10,9 @@
 
 namespace velmora::qt {
 
-/// A small window that tells what was heard, and offers what else may have been meant. Takes no focus, and
-/// goes away by itself.
+/// A small window that tells what was heard, and offers what else may have been meant. Stands beside the
+/// figure that hears. Takes no focus by itself, and goes away by itself, though not from under the mouse. To
+/// a screen reader it is a notification whose name is the text.
 class HeardTipWindow : public QFrame {
 public:
     struct Choice {
@@ -19,18 +20,40 @@ public:
         std::function<void()> pick;  ///< called once at most, when the window has gone
     };
 
-    HeardTipWindow();
+    /// `figure` gives the part of the desktop beside which to stand; an empty one: the lower right corner.
+    explicit HeardTipWindow(std::function<QRect()> figure);
 
-    /// Shows the text with the choices below it, near the mouse, for some seconds.
-    void tell(const std::string& text, std::vector<Choice> choices);
+    /// Shows the text with the choices below it for some seconds. `hint`, in small letters, introduces them
+    /// and is shown only with them.
+    void tell(const std::string& text, std::vector<Choice> choices, const std::string& hint);
     /// Shows that the microphone is listened to, until told otherwise.
-    void tellListening();
+    void tellListening(const std::string& hint);
+
+    /// The figure has moved, or come or gone.
+    void follow();
+
+    /// Brings the keyboard to the choices, if any are shown: arrows, Enter and Escape do what they should.
+    void takeKeyboard();
+
+    /// A click beside the choices, which also closes the window.
+    std::function<void()> onDismissed;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
-    void fill(const QString& text, std::vector<Choice> choices);
+    void fill(const QString& text, std::vector<Choice> choices, const QString& hint);
+    void addChoice(Choice choice);
+    void acceptKeyboard(bool accept);
+    void hideUnlessUsed();
+    void announce(const QString& text);
 
+    std::function<QRect()> figure_;
     QVBoxLayout layout_{this};
     QLabel label_;
+    QLabel hint_;
     std::vector<QWidget*> buttons_;  ///< the layout's
     QTimer hiding_;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QSystemTrayIcon>
 #include <optional>
 
@@ -15,6 +16,9 @@ public:
 
     void add(const std::string& tip) override;
     void remove() override;
+
+    /// Where the icon is on the desktop; empty if it is not there, or the desktop does not tell.
+    QRect place() const { return icon_ && icon_->isVisible() ? icon_->geometry() : QRect(); }
 
     /// What Qt tells of a click on the icon.
     void activated(QSystemTrayIcon::ActivationReason reason);

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <array>
 #include <cstdlib>
+#include <set>
 
 #include "agent/animator.h"
 #include "agent/workshop/character_check.h"
@@ -27,6 +28,13 @@ INSTANTIATE_TEST_SUITE_P(Each, ShippedCharacter, testing::Values("Genie", "Merli
 
 TEST_P(ShippedCharacter, IsComplete) {
     EXPECT_THAT(checkCharacter(CHARACTERS, GetParam()), IsEmpty());
+}
+
+TEST(ShippedCharacters, HaveEachAVoiceOfItsOwn) {
+    std::set<std::string> voices;
+    for (const char* name : {"Genie", "Merlin", "Peedy", "Robby"})
+        voices.insert(std::get<Package>(readPackage(CHARACTERS, name)).rig.voice.name);
+    EXPECT_THAT(voices, testing::SizeIs(4));
 }
 
 // Poses that use every part of the body, side by side.

@@ -85,6 +85,10 @@ TEST_F(PackageTest, SaysWhatIsWrongWithABrokenCharacter) {
         {R"({"format")", R"({"format)", "character.json"},
         {R"("format":1)", R"("format":"1")", "format"},
         {R"("name":"Stick")", R"("name":7)", "name"},
+        {R"("name":"Stick")", R"("name":" ")", "name"},
+        {R"("name":"Stick")", R"("name":"St\u0000ick")", "name"},
+        {R"("name":"Stick")", R"("name":")" + QByteArray(1000, 'S') + '"', "name"},
+        {"stick.svg", R"(a\u001b\u0000)", "\"a??\" is no file name"},
         {"[50,50]", "[50,1e9]", "size"},
         {"[50,50]", "[50]", "size"},
         {"stick.svg", "../Stick/stick.svg", "no file name"},
@@ -128,6 +132,28 @@ TEST_F(PackageTest, RefusesArtThatIsNoPlainSvg) {
     }
 }
 
+TEST_F(PackageTest, RefusesLinksThatLeadOutOfIt) {
+    const QString inside = root.filePath(QStringLiteral("Stick/stick.svg"));
+    ASSERT_TRUE(QFile::rename(inside, root.filePath(QStringLiteral("Stick/drawing.svg"))));
+    ASSERT_TRUE(QFile::link(QStringLiteral("drawing.svg"), inside));
+    EXPECT_EQ(reason(), "");
+    ASSERT_TRUE(QFile::link(QStringLiteral("Stick"), root.filePath(QStringLiteral("Alias"))));
+    EXPECT_EQ(reason("Alias"), "");
+    ASSERT_TRUE(QFile::rename(root.filePath(QStringLiteral("Stick/drawing.svg")),
+                              root.filePath(QStringLiteral("drawing.svg"))));
+    ASSERT_TRUE(QFile::remove(inside));
+    ASSERT_TRUE(QFile::link(QStringLiteral("../drawing.svg"), inside));
+    EXPECT_THAT(reason(), HasSubstr("stick.svg is a link out of it"));
+}
+
+TEST_F(PackageTest, SaysWhatIsWrongInOneShortLine) {
+    auto description = good;
+    write(QStringLiteral("character.json"),
+          description.replace(R"("a.y")", '"' + QByteArray(9000, 'a') + '"'));
+    EXPECT_THAT(reason(), HasSubstr("is of no bone"));
+    EXPECT_LT(reason().size(), 500U);
+}
+
 TEST_F(PackageTest, NoCutOfADescriptionDoesHarm) {
     for (qsizetype length = 0; length < good.size(); length += 3) {
         write(QStringLiteral("character.json"), good.left(length));
@@ -148,6 +174,10 @@ TEST_F(PackageTest, RefusesArtThatUnfoldsReachesForOtherFilesOrTakesForEver) {
         {"", R"(<linearGradient xlink:href="file:///etc/passwd"/>)", "outside"},
         {"", R"(<path stroke-dasharray="0.0001" d="M0 0L9 9"/>)", "dashed"},
         {"", R"(<path style="stroke-dasharray:0.0001" d="M0 0L9 9"/>)", "dashed"},
+        {"", R"(<path style="stroke-dasharray:0.01;fill:none" d="M0 0L9 9"/>)", "dashed"},
+        {"", R"(<path style="stroke-dasharray:none;stroke-dasharray : 0.01" d="M0 0L9 9"/>)", "dashed"},
+        {"", R"(<path stroke-dasharray="0.01 none" d="M0 0L9 9"/>)", "dashed"},
+        {"", QByteArray("<linearGradient>") + QByteArray("<stop/>").repeated(100), "stop"},
         {"", R"(<animateTransform attributeName="transform"/>)", "animateTransform"},
         {"", nested, "too deeply"},
         {"", QByteArray("<g/>").repeated(20'000), "too many"},
@@ -182,7 +212,7 @@ TEST_F(PackageTest, RefusesAClipOfAMillionKeys) {
     };
     write(QStringLiteral("character.json"), withKeys(1'000'000));
     EXPECT_THAT(reason(), HasSubstr("too large"));
-    write(QStringLiteral("character.json"), withKeys(300'000));
+    write(QStringLiteral("character.json"), withKeys(60'000));
     EXPECT_THAT(reason(), HasSubstr("too many"));
 }
 

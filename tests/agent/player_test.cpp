@@ -22,6 +22,7 @@ struct Device {
     milliseconds hangs = never;  // nothing is heard from this moment on
     bool swallows = false;       // claims that all has been heard
     bool keepsLatency = false;   // says so for ever
+    bool timeless = false;       // can't tell what has been heard
     std::size_t breaksAt = std::numeric_limits<std::size_t>::max();
     std::size_t written = 0;
     std::optional<std::size_t> dropped = {};
@@ -46,6 +47,7 @@ protected:
         std::optional<std::chrono::microseconds> delay() override {
             const Device& device = test_.device;
             if (device.swallows) return 0ms;
+            if (device.timeless) return std::nullopt;
             const auto now = std::min(test_.time, device.hangs);
             const auto heard = ends_ + device.latency;
             // A guess at progress, while there is none.
@@ -77,6 +79,7 @@ protected:
     void run(Player& player, milliseconds atMost = 10s) {
         const auto end = time + atMost;
         while (!player.done() && time < end) {
+            ++pumps;
             const auto next = std::chrono::ceil<milliseconds>(player.pump().time_since_epoch());
             ASSERT_GT(next, time);
             if (!player.done()) time = std::min(next, end);
@@ -84,6 +87,7 @@ protected:
     }
 
     milliseconds time{5000};
+    int pumps = 0;
     std::vector<milliseconds> told;  // when
     Device device;
 };
@@ -104,6 +108,7 @@ TEST_F(PlayerTest, EachEventIsToldWhenItsSampleIsHeardWhateverTheDeviceDoes) {
         {"one that takes all at once", {.swallows = true}, false, -40ms},
         {"one that breaks at once", {.breaksAt = 0}},
         {"one that breaks later", {.breaksAt = 600}},
+        {"a file", {.timeless = true}},
         {"one that never begins", {.hangs = 0ms}},
         {"one that hangs in the middle", {.hangs = 5400ms}},
     };
@@ -152,6 +157,16 @@ TEST_F(PlayerTest, OnlyALittleIsHandedOutAheadOfWhatIsHeard) {
     EXPECT_GE(device.written, 1000U);
     EXPECT_LE(device.written, 1400U);
     EXPECT_NEAR(static_cast<double>(player.left().count()), 59e6, 0.1e6);
+}
+
+TEST_F(PlayerTest, AFileLetsItSleepBetweenTwoBlocks) {
+    device = {.timeless = true};
+    auto player = makePlayer();
+    player.add({std::vector<std::int16_t>(10'000), {}});
+    player.close();
+    run(player, 15s);
+    EXPECT_TRUE(player.done());
+    EXPECT_LE(pumps, 100);
 }
 
 TEST_F(PlayerTest, StoppedItDropsWhatIsNotHeardAndTellsNothingMore) {

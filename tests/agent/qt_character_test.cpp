@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QEventLoop>
 #include <QMouseEvent>
@@ -236,6 +237,15 @@ TEST_F(QtCharacterTest, ADoubleClickIsOneClickAndOneDoubleClick) {
     mouse(QEvent::MouseButtonPress, at, Qt::RightButton);
     mouse(QEvent::MouseButtonRelease, at, Qt::RightButton);
     EXPECT_THAT(clicks, ElementsAre(1, 2));
+}
+
+TEST_F(QtCharacterTest, AScreenReaderCanDoWhatTheMouseDoes) {
+    auto* actions = QAccessible::queryAccessibleInterface(character->window())->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    for (const QString& name : actions->actionNames()) actions->doAction(name);
+    actions->doAction(QStringLiteral("no such action"));
+    EXPECT_THAT(clicks, ElementsAre(1, 2));
+    EXPECT_THAT(doubleClicks, ElementsAre(1));
 }
 
 }  // namespace

@@ -67,6 +67,13 @@ TEST_F(OnTwoScreens, AFigureIsDraggedFromOneToTheOtherAndLetGoWhollyOnIt) {
     }
 }
 
+TEST_F(OnTwoScreens, AFigureGrowsNoLargerThanTheScreen) {
+    figure->setScale(4);
+    EXPECT_EQ(figure->window()->height(), 700);
+    figure->setScale(3);
+    EXPECT_EQ(figure->window()->height(), 600);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {

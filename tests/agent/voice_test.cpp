@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <condition_variable>
@@ -106,6 +110,24 @@ TEST(Volume, ScalesSamples) {
     Utterance utterance{{32767, -32768, 100}, {}};
     setVolume(utterance, 32767);
     EXPECT_THAT(utterance.samples, ElementsAre(16383, -16383, 49));
+}
+
+TEST(Espeak, AsksNothingOfASoundServerThatMayHang) {
+    const auto folder = std::filesystem::path(testing::TempDir()) / ("server" + std::to_string(getpid()));
+    std::filesystem::create_directory(folder);
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    const std::string path = folder / "native";
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(server, 8), 0);
+    setenv("PULSE_SERVER", ("unix:" + path).c_str(), 1);
+    EXPECT_GT(openEspeak()->sampleRate(), 0);
+    unsetenv("PULSE_SERVER");
+    pollfd caller{.fd = server, .events = POLLIN, .revents = 0};
+    EXPECT_EQ(poll(&caller, 1, 0), 0) << "somebody has called it";
+    close(server);
+    std::filesystem::remove_all(folder);
 }
 
 class SynthesizerTest : public testing::TestWithParam<std::string> {
@@ -366,6 +388,14 @@ TEST(DeviceThread, NothingWaitsForADeviceThatHangsAndItIsClosedOnceItComesRound)
     const auto giveUp = std::chrono::steady_clock::now() + 20s;
     while (!life.expired() && std::chrono::steady_clock::now() < giveUp) std::this_thread::yield();
     EXPECT_TRUE(life.expired());
+}
+
+TEST(DeviceThread, LeavesTheTimeToTheClockWhereThereIsNoDevice) {
+    DeviceThread device([](int) { return nullptr; }, 1000);
+    device.write(std::vector<std::int16_t>(500));
+    const auto giveUp = std::chrono::steady_clock::now() + 20s;
+    while (device.delay() && std::chrono::steady_clock::now() < giveUp) std::this_thread::yield();
+    EXPECT_EQ(device.delay(), std::nullopt);
 }
 
 TEST(Voice, ALineOnADeviceThatHangsEndsInTimeAndASoundlessOneFollows) {

@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
-#include "base/failure.h"
+#include "tests/support/failure_of.h"
 
 namespace velmora {
 namespace {
@@ -16,16 +15,6 @@ using std::chrono::minutes;
 using std::chrono::month;
 using std::chrono::seconds;
 using std::chrono::year;
-
-/// The number of the failure that the call ends with, 0 if it ends well.
-long failureOf(const std::function<void()>& call) {
-    try {
-        call();
-        return 0;
-    } catch (const Failure& failure) {
-        return failure.number;
-    }
-}
 
 TEST(Integers, AreReadAndRoundedToEven) {
     const struct {
@@ -85,32 +74,13 @@ TEST(Dates, AreReadInEveryForm) {
 }
 
 TEST(Dates, FailForDaysThatAreNoneAndForOtherTexts) {
-    for (const char* text : {"",
-                             "Error!",
-                             "1900-02-29",
-                             "2001-02-29",
-                             "2000-13-01",
-                             "2000-00-10",
-                             "2000-04-31",
-                             "0099-01-01",
-                             "10000-01-01",
-                             "2000-1",
-                             "29 Foo 2000",
-                             "24:00",
-                             "12:60",
-                             "12:00:60",
-                             "0:10 AM",
-                             "13:00 PM",
-                             "12",
-                             "am",
-                             ":",
-                             "1:2:3:4",
-                             "2000-02-28 nonsense",
-                             "-2000-01-01",
-                             "+1:00",
-                             "2000-02-28 25:00"}) {
-        EXPECT_EQ(failureOf([&] { toDateTime(text); }), 13) << text;
-    }
+    for (const char* date :
+         {"1900-02-29", "2001-02-29", "2000-13-01", "2000-00-10", "2000-04-31", "0099-01-01", "10000-01-01",
+          "2000-1", "29 Foo 2000", "-2000-01-01", "2000-02-28 nonsense", "2000-02-28 25:00"})
+        EXPECT_EQ(failureOf([&] { toDateTime(date); }), 13) << date;
+    for (const char* time : {"", "Error!", "24:00", "12:60", "12:00:60", "0:10 AM", "13:00 PM", "12", "am",
+                             ":", "1:2:3:4", "+1:00"})
+        EXPECT_EQ(failureOf([&] { toDateTime(time); }), 13) << time;
 }
 
 TEST(Dates, ReadBackFromTheirTexts) {

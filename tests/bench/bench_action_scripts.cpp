@@ -45,7 +45,9 @@ std::string longestScript() {
     return script;
 }
 
-void actionScripts(const std::filesystem::path&) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path&) {
     StoppedHost host;
     Loop loop(host);
     SeededRandom random(1);
@@ -87,10 +89,4 @@ void actionScripts(const std::filesystem::path&) {
     report("script of 32,767 lines handed over", median(milliseconds), "ms",
            often + ", the file read each time");
     report("its requests in the character's queue", median(megabytes), "MB", often + ", allocated memory");
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, actionScripts);
 }

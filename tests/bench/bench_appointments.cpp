@@ -116,13 +116,9 @@ void measure(std::size_t days, const std::string& kind) {
         throw std::runtime_error("a wrong number of appointments was shown");
 }
 
-void appointments(const std::filesystem::path&) {
-    measure(1000, "on 1,000 days");
-    measure(1, "on one day");
-}
-
 }  // namespace
 
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, appointments);
+void velmora::bench::benchmark(const std::filesystem::path&) {
+    measure(1000, "on 1,000 days");
+    measure(1, "on one day");
 }

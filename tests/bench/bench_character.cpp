@@ -92,7 +92,9 @@ void measure(agent::QtCharacter& figure) {
                   "VmRSS, after 3,000 others");
 }
 
-void character(const std::filesystem::path&) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path&) {
     const blackbox::ScratchProfile profile;
     const blackbox::XScreen screen(profile);
     setenv("DISPLAY", screen.display().substr(screen.display().find('=') + 1).c_str(), 1);
@@ -104,10 +106,4 @@ void character(const std::filesystem::path&) {
     auto loaded = agent::QtCharacter::load(CHARACTERS, "Merlin", {});
     if (const auto* reason = std::get_if<std::string>(&loaded)) throw std::runtime_error(*reason);
     measure(*std::get<std::unique_ptr<agent::QtCharacter>>(loaded));
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return bench::runBenchmark(argc, argv, character);
 }

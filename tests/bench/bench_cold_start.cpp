@@ -25,7 +25,9 @@ double millisecondsToReady(const std::vector<std::string>& command,
     return taken.count();
 }
 
-void coldStart(const std::filesystem::path& build) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path& build) {
     const ScratchProfile profile;
     const std::vector<std::string> program{build / "apps/velmora", "--console", "--folder", profile.folder()};
     const std::vector<std::string> empty{build / "tests/bench/empty_application", "-platform", "offscreen"};
@@ -47,10 +49,4 @@ void coldStart(const std::filesystem::path& build) {
     report("start of an empty QApplication, offscreen", median(emptyTimes), "ms", how);
     report("start in the terminal / empty QApplication", median(programTimes) / median(emptyTimes), "x",
            "ratio of the medians");
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, coldStart);
 }

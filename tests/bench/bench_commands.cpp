@@ -44,7 +44,9 @@ double medianMicroseconds(const Work& work) {
     return median(microseconds);
 }
 
-void commands(const std::filesystem::path&) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path&) {
     const std::string often = "median of " + std::to_string(runs);
     const CommandLists lists = fullLists();
     report("commands and grammars with both lists full",
@@ -70,10 +72,4 @@ void commands(const std::filesystem::path&) {
         report("phrase among " + std::to_string(count) + " commands", slowest, "us",
                often + ", the slowest of " + std::to_string(phrases.size()) + " phrases");
     }
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, commands);
 }

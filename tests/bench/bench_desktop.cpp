@@ -28,7 +28,9 @@ double processorPercent(const ChildProcess& process, const Span& span) {
     return 100 * (process.processorTime() - before) / passed;
 }
 
-void desktop(const std::filesystem::path& build) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path& build) {
     std::vector<double> milliseconds;
     std::vector<double> megabytes;
     std::vector<double> speakingPercent;
@@ -56,10 +58,4 @@ void desktop(const std::filesystem::path& build) {
            median5 + ", of a core, balloon up to balloon gone");
     report("processor time after the greeting", restPercent, "%",
            "of a core, over 30 s, idle animations included");
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, desktop);
 }

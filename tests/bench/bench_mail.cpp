@@ -247,7 +247,13 @@ void largeMessages(Dovecot& server) {
     report("50 MB / 10 MB", costs[1].milliseconds / costs[0].milliseconds, "x", "time");
 }
 
-void mail(const std::filesystem::path& build) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path& build) {
+    int argc = 1;
+    char name[] = "bench_mail";
+    char* argv[] = {name, nullptr};
+    const QCoreApplication application(argc, argv);
     Reader::program = build / "apps/velmora";
     try {
         Dovecot server;
@@ -256,11 +262,4 @@ void mail(const std::filesystem::path& build) {
     } catch (const NoDovecot& reason) {
         std::cerr << "NOT MEASURED: no mail server here: " << reason.what() << "\n";
     }
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    return runBenchmark(argc, argv, mail);
 }

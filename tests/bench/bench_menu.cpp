@@ -47,7 +47,9 @@ private:
     xcb_connection_t* connection_;
 };
 
-void menu(const std::filesystem::path& build) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path& build) {
     const ScratchProfile profile;
     XScreen screen(profile);
     ChildProcess program({build / "apps/velmora", "--no-open", "--folder", profile.folder()},
@@ -80,10 +82,4 @@ void menu(const std::filesystem::path& build) {
     }
     report("right click on the character until its menu is up", median(milliseconds), "ms",
            "median of " + std::to_string(runs));
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, menu);
 }

@@ -27,7 +27,9 @@ std::string settingsContent() {
     return content;
 }
 
-void settings(const std::filesystem::path&) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path&) {
     const velmora::blackbox::ScratchProfile profile;
     velmora::PosixFiles files;
     velmora::IniSettingsFile settings(files);
@@ -44,10 +46,4 @@ void settings(const std::filesystem::path&) {
     }
     report("last key of a 1,000-key settings file", median(microseconds), "us",
            "median of " + std::to_string(runs));
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, settings);
 }

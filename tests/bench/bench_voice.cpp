@@ -205,7 +205,9 @@ void alignment(const std::string& name, bool sound) {
            "the worst of " + std::to_string(off.size()) + " events");
 }
 
-void voices(const std::filesystem::path&) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path&) {
     std::vector<std::string> names = installedVoices();
     names.insert(names.begin(), "en-us");
     const bool sound = openPulse(22050) != nullptr;
@@ -220,10 +222,4 @@ void voices(const std::filesystem::path&) {
     }
     stopping(false);
     if (sound) stopping(true);
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, voices);
 }

@@ -18,19 +18,18 @@ void report(std::string_view what, double value, std::string_view unit, std::str
     std::fflush(stdout);
 }
 
-int runBenchmark(int argc, char** argv,
-                 const std::function<void(const std::filesystem::path& build)>& benchmark) {
+}  // namespace velmora::bench
+
+int main(int argc, char** argv) {
     if (argc != 2) {
         std::fprintf(stderr, "usage: %s BUILD_FOLDER\n", argc > 0 ? argv[0] : "benchmark");
         return 1;
     }
     try {
-        benchmark(argv[1]);
+        velmora::bench::benchmark(argv[1]);
         return 0;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "%s: %s\n", argv[0], failure.what());
         return 1;
     }
 }
-
-}  // namespace velmora::bench

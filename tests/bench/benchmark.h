@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -14,9 +13,8 @@ double median(std::vector<double> values);
 /// how often.
 void report(std::string_view what, double value, std::string_view unit, std::string_view how);
 
-/// Runs a benchmark with the build folder that the command line names. Returns the exit status: 1 with a line
-/// on standard error if the folder is missing or the benchmark throws.
-int runBenchmark(int argc, char** argv,
-                 const std::function<void(const std::filesystem::path& build)>& benchmark);
+/// What a benchmark does, with the build folder that its command line names; each defines it. What it throws
+/// becomes a line on standard error and the exit status 1.
+void benchmark(const std::filesystem::path& build);
 
 }  // namespace velmora::bench

@@ -3,11 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
 #include <string_view>
 
 namespace velmora {
@@ -69,26 +64,6 @@ std::vector<std::string> TerminalSession::finishInput() {
     std::vector<std::string> lines;
     while (const auto line = readLine()) lines.push_back(*line);
     return lines;
-}
-
-ScratchFolder::ScratchFolder() {
-    std::string pattern = std::filesystem::temp_directory_path() / "velmora-test-XXXXXX";
-    if (!mkdtemp(pattern.data())) throw std::runtime_error("no scratch folder");
-    path_ = pattern;
-}
-
-ScratchFolder::~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-}
-
-void ScratchFolder::write(const std::string& name, const std::string& content) const {
-    std::ofstream(file(name), std::ios::binary) << content;
-}
-
-std::string ScratchFolder::read(const std::string& name) const {
-    std::ifstream in(file(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 }  // namespace velmora

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/child_process.h"
+#include "tests/support/scratch_folder.h"
 
 namespace velmora {
 
@@ -31,23 +32,6 @@ private:
     std::optional<std::string> readLine();
 
     blackbox::ChildProcess program_;
-};
-
-/// A folder that goes with the object.
-class ScratchFolder {
-public:
-    ScratchFolder();
-    ~ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
-    const std::string& path() const { return path_; }
-    void write(const std::string& name, const std::string& content) const;
-    std::string read(const std::string& name) const;
-
-private:
-    std::string path_;
 };
 
 }  // namespace velmora

@@ -11,11 +11,7 @@
 namespace velmora {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
+using namespace testing;
 
 class UsersTool : public testing::Test {
 protected:

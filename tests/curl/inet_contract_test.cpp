@@ -1,12 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <memory>
-#include <ostream>
-
-#include "base/failure.h"
 #include "platform/curl/curl_inets.h"
 #include "platform/posix/posix_files.h"
 #include "tests/curl/waiting_host.h"
+#include "tests/support/contract.h"
+#include "tests/support/failure_of.h"
 #include "tests/support/http_server.h"
 #include "tests/support/in_memory_files.h"
 #include "tests/support/simulated_inets.h"
@@ -81,34 +79,14 @@ private:
                             .limits = {.silence = 300ms}}};
 };
 
-struct Kind {
-    const char* name;
-    std::unique_ptr<Ground> (*make)();
-};
-
-/// Names the kind in the names of the tests.
-void PrintTo(const Kind& kind, std::ostream* stream) {
-    *stream << kind.name;
-}
-
-template <class SomeGround>
-std::unique_ptr<Ground> make() {
-    return std::make_unique<SomeGround>();
-}
-
-class InetContract : public testing::TestWithParam<Kind> {
+class InetContract : public testing::TestWithParam<Kind<Ground>> {
 protected:
     InetContract() {
         inet->StateChanged = [this](TransferState state) { states.push_back(static_cast<int>(state)); };
     }
 
-    static long failureOf(Inet& asked, const std::string& url) {
-        try {
-            asked.OpenURL(url);
-            return 0;
-        } catch (const Failure& failure) {
-            return failure.number;
-        }
+    long failureOpening(const std::string& url) {
+        return failureOf([&] { inet->OpenURL(url); });
     }
 
     std::unique_ptr<Ground> ground = GetParam().make();
@@ -126,28 +104,22 @@ TEST_P(InetContract, GivesEveryByteAndTheHeadersOfTheLatestAnswer) {
     EXPECT_EQ(inet->OpenURL(ground->url("/missing")), "nothing here");
     EXPECT_EQ(inet->GetHeader("Last-modified"), "");
     inet->OpenURL();
-    EXPECT_EQ(failureOf(*inet, ground->url("/cut")), 35756);
-    EXPECT_EQ(inet->GetHeader("Last-modified"), "");
+    for (const auto& [page, number] : {std::pair{"/cut", 35756}, {"/refused", 35754}}) {
+        EXPECT_EQ(failureOpening(ground->url(page)), number) << page;
+        EXPECT_EQ(inet->GetHeader("Last-modified"), "");
+        EXPECT_FALSE(inet->StillExecuting());
+    }
 }
 
 TEST_P(InetContract, RaisesEachStateOnceInOrderAndTheLastOneBeforeItReturns) {
     inet->OpenURL(ground->url("/bytes"));
     EXPECT_THAT(states, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 12));
     states.clear();
-    EXPECT_EQ(failureOf(*inet, ground->url("/silent")), 35761);
+    EXPECT_EQ(failureOpening(ground->url("/silent")), 35761);
     ASSERT_FALSE(states.empty());
     EXPECT_TRUE(std::ranges::is_sorted(states));
     EXPECT_EQ(states.back(), 11);
     EXPECT_EQ(std::ranges::count(states, 12), 0);
-}
-
-TEST_P(InetContract, TellsWhyATransferFailed) {
-    const std::vector<std::pair<std::string, long>> cases{
-        {ground->url("/refused"), 35754}, {ground->url("/cut"), 35756}, {ground->url("/silent"), 35761}};
-    for (const auto& [url, number] : cases) {
-        EXPECT_EQ(failureOf(*inet, url), number) << url;
-        EXPECT_FALSE(inet->StillExecuting());
-    }
 }
 
 TEST_P(InetContract, RefusesAtOnceWhatIsNoAddressOfTheWeb) {
@@ -164,7 +136,7 @@ TEST_P(InetContract, RefusesAtOnceWhatIsNoAddressOfTheWeb) {
                                                           {"mailto:ann@x", 35753},
                                                           {"C:\\x", 35753},
                                                           {"http://u@/", 35752}};
-    for (const auto& [url, number] : cases) EXPECT_EQ(failureOf(*inet, url), number) << url;
+    for (const auto& [url, number] : cases) EXPECT_EQ(failureOpening(url), number) << url;
     EXPECT_THAT(states, IsEmpty());
     EXPECT_FALSE(inet->StillExecuting());
 }
@@ -176,11 +148,11 @@ TEST_P(InetContract, DoesOneTransferAtATimeWhileOthersGoOn) {
         if (state != TransferState::requestSent) return;
         seen = true;
         EXPECT_TRUE(inet->StillExecuting());
-        EXPECT_EQ(failureOf(*inet, ground->url("/bytes")), 35764);
+        EXPECT_EQ(failureOpening(ground->url("/bytes")), 35764);
         EXPECT_EQ(other->OpenURL(ground->url("/bytes")), anyBytes);
         EXPECT_FALSE(other->StillExecuting());
     };
-    EXPECT_EQ(failureOf(*inet, ground->url("/silent")), 35761);
+    EXPECT_EQ(failureOpening(ground->url("/silent")), 35761);
     EXPECT_TRUE(seen);
 }
 
@@ -214,8 +186,8 @@ TEST_P(InetContract, EndOfTheProgramEndsATransferThatHangs) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, InetContract,
-                         testing::Values(Kind{"Simulated", make<SimulatedGround>},
-                                         Kind{"Curl", make<CurlGround>}));
+                         testing::Values(Kind<Ground>::of<SimulatedGround>("Simulated"),
+                                         Kind<Ground>::of<CurlGround>("Curl")));
 
 }  // namespace
 }  // namespace velmora

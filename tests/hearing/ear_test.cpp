@@ -53,7 +53,9 @@ protected:
     }
 
     EarEvents events() {
-        return {.onPhrase = [this](const EarPhrase& phrase) { names_.push_back(phrase.name); },
+        return {.onBegin = [this] { names_.emplace_back("(begin)"); },
+                .onSpeech = [this] { names_.emplace_back("(speech)"); },
+                .onPhrase = [this](const EarPhrase& phrase) { names_.push_back(phrase.name); },
                 .onEnd = [this](const std::string& failure) { end_ = failure; }};
     }
 
@@ -84,7 +86,7 @@ TEST_F(Ears, ListeningEndsWithTheFirstPhrase) {
     Ear ear(needs(std::move(both)));
     ear.listen(commands, events());
     runToEnd();
-    EXPECT_THAT(names_, ElementsAre("Messenger"));
+    EXPECT_THAT(names_, ElementsAre("(begin)", "(speech)", "Messenger"));
     EXPECT_EQ(end_, "");
 }
 
@@ -92,19 +94,22 @@ TEST_F(Ears, TellsWhyThereIsNothingToHear) {
     const struct {
         Samples recorded;
         const char* failure;
+        std::size_t begun;
     } cases[] = {
-        {{}, "There is no microphone."},
-        {Samples(hearingRate), "The microphone is gone."},
-        {Samples(std::size_t{11} * hearingRate), ""},  // nobody speaks
+        {{}, "There is no microphone.", 0},
+        {Samples(1), "The microphone is gone.", 0},
+        {Samples(hearingRate), "The microphone is gone.", 1},
+        {Samples(std::size_t{11} * hearingRate), "", 1},  // nobody speaks
     };
     for (const auto& c : cases) {
         Ear ear(needs(c.recorded));
         end_.reset();
+        names_.clear();
         ear.listen(commands, events());
         runToEnd();
         EXPECT_EQ(end_, c.failure);
+        EXPECT_EQ(names_.size(), c.begun) << c.failure;
     }
-    EXPECT_TRUE(names_.empty());
 }
 
 TEST_F(Ears, WhatWasBegunEarlierIsNotHeardOfAgain) {

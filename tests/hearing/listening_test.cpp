@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "hosts/hearing.h"
 #include "platform/engine/instant_stage.h"
@@ -13,6 +15,8 @@ namespace {
 
 using namespace velmora;
 using namespace velmora::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
@@ -37,6 +41,15 @@ private:
     std::size_t at_ = 0;
 };
 
+/// Writes down what a figure would react to.
+class Seen : public AgentObserver {
+public:
+    void listening(bool on) override { steps.emplace_back(on ? "on" : "off"); }
+    void speechBegun() override { steps.emplace_back("speech"); }
+    void heard(const std::string&, const std::string& command, int) override { steps.push_back(command); }
+    std::vector<std::string> steps;
+};
+
 /// A character with three commands, beside a microphone that hears these words.
 class Listening : public testing::Test {
 protected:
@@ -57,10 +70,14 @@ protected:
         hearing_.emplace(
             Hearing::Needs{.agent = agent_,
                            .post = [this](std::function<void()> call) { waiting_.post(std::move(call)); },
-                           .microphone = [words] { return std::make_unique<Recorded>(spoken(words)); }});
+                           .microphone = [words]() -> std::unique_ptr<agent::AudioSource> {
+                               if (words.empty()) return nullptr;
+                               return std::make_unique<Recorded>(spoken(words));
+                           }});
         agent_.add(*hearing_);
+        agent_.add(seen_);
         hearing_->onTip = [this](const HeardTip& tip) { tip_ = tip; };
-        hearing_->onListening = [this](bool on, const std::string&) { listening_ = on; };
+        hearing_->onEnd = [this](const std::string& failure) { end_ = failure; };
     }
 
     WaitingLoop waiting_;
@@ -71,14 +88,15 @@ protected:
                         }}};
     std::optional<HeardTip> tip_;
     std::optional<AgentUserInput> command_;
-    std::optional<bool> listening_;
+    std::optional<std::string> end_;
+    Seen seen_;
 };
 
 TEST_F(Listening, ACommandIsTipAndEventAndEndsTheListening) {
     hearThrough("open messenger");
     character().Listen(true);
-    EXPECT_EQ(listening_, true);
-    waiting_.until([this] { return command_ && listening_ == false; });
+    waiting_.until([this] { return command_ && end_; });
+    EXPECT_THAT(seen_.steps, ElementsAre("on", "speech", "off", "Messenger"));
     EXPECT_EQ(command_->Name, "Messenger");
     EXPECT_GT(command_->Confidence, -60);
     EXPECT_EQ(tip_->text, "open messenger");
@@ -90,7 +108,7 @@ TEST_F(Listening, ADisabledCommandIsNotHeard) {
     character().Commands().Item("Messenger").Enabled = false;
     hearThrough("open messenger");
     character().Listen(true);
-    waiting_.until([this] { return listening_ == false; });
+    waiting_.until([this] { return end_.has_value(); });
     if (command_) {
         EXPECT_EQ(command_->Name, "");
         EXPECT_LE(command_->Confidence, -60);
@@ -100,12 +118,32 @@ TEST_F(Listening, ADisabledCommandIsNotHeard) {
 TEST_F(Listening, IsOverWhenTheCharacterIsToldSo) {
     hearThrough("open messenger");
     character().Listen(true);
+    waiting_.until([this] { return !seen_.steps.empty(); });
     character().Listen(false);
-    EXPECT_EQ(listening_, false);
+    EXPECT_EQ(end_, "");
+    EXPECT_THAT(seen_.steps, ElementsAre("on", "off"));
     hearing_->hear("/nonexistent.wav", [this](const std::string& failure) { command_ = {"", failure, 0}; });
     waiting_.until([this] { return command_.has_value(); });
     EXPECT_THAT(command_->Voice, StartsWith("no such file"));
     EXPECT_FALSE(tip_);
+}
+
+TEST_F(Listening, WithoutAMicrophoneItNeverBeginsAndTheEndTellsWhy) {
+    hearThrough("");
+    character().Listen(true);
+    waiting_.until([this] { return end_.has_value(); });
+    EXPECT_EQ(end_, "There is no microphone.");
+    EXPECT_THAT(seen_.steps, IsEmpty());
+}
+
+TEST_F(Listening, AnotherListenBeginsAnewAndTheFigureGoesOnListening) {
+    hearThrough("open messenger");
+    character().Listen(true);
+    waiting_.until([this] { return !seen_.steps.empty(); });
+    hearing_->press();
+    waiting_.until([this] { return end_.has_value(); });
+    EXPECT_EQ(std::ranges::count(seen_.steps, "on"), 1);
+    EXPECT_EQ(std::ranges::count(seen_.steps, "Messenger"), 1);
 }
 
 }  // namespace

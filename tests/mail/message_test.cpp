@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "base/failure.h"
 #include "mail/messages.h"
+#include "tests/support/failure_of.h"
 
 namespace velmora {
 namespace {
@@ -12,15 +12,6 @@ CMessage parsed(std::string_view text) {
     CMessage message;
     message.CreateFromText(std::string(text));
     return message;
-}
-
-long failureOf(CMessage& message, std::string_view text) {
-    try {
-        message.CreateFromText(std::string(text));
-    } catch (const Failure& failure) {
-        return failure.number;
-    }
-    return 0;
 }
 
 TEST(Message, TakesItsHeadersByNameInAnyCase) {
@@ -85,12 +76,15 @@ TEST(Message, IsCutAtItsFirstEmptyLine) {
 
 TEST(Message, FailsWithoutAnEmptyLineWithinSixteenBitsAndKeepsWhatItWas) {
     CMessage message = parsed("Subject: Before\r\n\r\nbody");
-    EXPECT_EQ(failureOf(message, ""), CMessage::invalidFormat);
-    EXPECT_EQ(failureOf(message, "Subject: After\r\n\r"), CMessage::invalidFormat);
-    EXPECT_EQ(failureOf(message, std::string(32767, 'x') + "\r\n\r\n"), errors::overflow);
+    const auto failureFor = [&](std::string_view text) {
+        return failureOf([&] { message.CreateFromText(std::string(text)); });
+    };
+    EXPECT_EQ(failureFor(""), CMessage::invalidFormat);
+    EXPECT_EQ(failureFor("Subject: After\r\n\r"), CMessage::invalidFormat);
+    EXPECT_EQ(failureFor(std::string(32767, 'x') + "\r\n\r\n"), errors::overflow);
     EXPECT_EQ(message.Subject, "Before");
     EXPECT_EQ(message.Size(), 23);
-    EXPECT_EQ(failureOf(message, std::string(32766, 'x') + "\r\n\r\n"), 0);
+    EXPECT_EQ(failureFor(std::string(32766, 'x') + "\r\n\r\n"), 0);
 
     try {
         CMessage().CreateFromText("no end");

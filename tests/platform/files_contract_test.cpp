@@ -1,15 +1,13 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
-#include <memory>
-#include <ostream>
 
-#include "base/failure.h"
 #include "platform/posix/posix_files.h"
+#include "tests/support/contract.h"
+#include "tests/support/failure_of.h"
 #include "tests/support/in_memory_files.h"
+#include "tests/support/scratch_folder.h"
 
 namespace velmora {
 namespace {
@@ -29,17 +27,13 @@ public:
 
 class PosixGround final : public Ground {
 public:
-    PosixGround() { ::mkdtemp(folder_.data()); }
-    PosixGround(const PosixGround&) = delete;
-    PosixGround& operator=(const PosixGround&) = delete;
-    ~PosixGround() override { std::filesystem::remove_all(folder_); }
     Files& files() override { return files_; }
-    std::string folder() const override { return folder_; }
+    std::string folder() const override { return folder_.path(); }
     void createFolder(const std::string& path) override { std::filesystem::create_directories(path); }
     void makeReadOnly(const std::string& path) override { ::chmod(path.c_str(), 0444); }
 
 private:
-    std::string folder_ = testing::TempDir() + "velmora-XXXXXX";
+    ScratchFolder folder_;
     PosixFiles files_;
 };
 
@@ -55,33 +49,9 @@ private:
     InMemoryFiles files_;
 };
 
-struct Kind {
-    const char* name;
-    std::unique_ptr<Ground> (*make)();
-};
-
-/// Names the kind in the names of the tests.
-void PrintTo(const Kind& kind, std::ostream* stream) {
-    *stream << kind.name;
-}
-
-template <class SomeGround>
-std::unique_ptr<Ground> make() {
-    return std::make_unique<SomeGround>();
-}
-
-class FilesContract : public testing::TestWithParam<Kind> {
+class FilesContract : public testing::TestWithParam<Kind<Ground>> {
 protected:
     std::string at(std::string_view name) const { return path(ground->folder(), name); }
-
-    static long failureOf(const std::function<void()>& call) {
-        try {
-            call();
-            return 0;
-        } catch (const Failure& failure) {
-            return failure.number;
-        }
-    }
 
     std::unique_ptr<Ground> ground = GetParam().make();
     Files& files = ground->files();
@@ -165,8 +135,8 @@ TEST_P(FilesContract, ListsPlainFilesByEndingInByteOrder) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, FilesContract,
-                         testing::Values(Kind{"Posix", make<PosixGround>},
-                                         Kind{"InMemory", make<MemoryGround>}));
+                         testing::Values(Kind<Ground>::of<PosixGround>("Posix"),
+                                         Kind<Ground>::of<MemoryGround>("InMemory")));
 
 }  // namespace
 }  // namespace velmora

@@ -9,6 +9,7 @@
 #include "platform/controls.h"
 #include "platform/list_controls.h"
 #include "platform/menu.h"
+#include "tests/support/failure_of.h"
 
 namespace velmora {
 namespace {
@@ -192,17 +193,9 @@ TEST_F(FormsTest, RowsKeepTheirKeysApart) {
     rows.Add({.Key = "a", .Text = "1"});
     rows.Add({.Text = "2"});
     rows.Add({.Text = "3"});  // rows without a key are many
-    const auto numberOf = [](const auto& call) {
-        try {
-            call();
-        } catch (const Failure& failure) {
-            return failure.number;
-        }
-        return 0L;
-    };
-    EXPECT_EQ(numberOf([&] { rows.Add({.Key = "a"}); }), errors::duplicateRowKey);
-    EXPECT_EQ(numberOf([&] { rows.Set(2, {.Key = "a"}); }), errors::duplicateRowKey);
-    EXPECT_EQ(numberOf([&] { rows.Remove(4); }), errors::objectNotSet);
+    EXPECT_EQ(failureOf([&] { rows.Add({.Key = "a"}); }), errors::duplicateRowKey);
+    EXPECT_EQ(failureOf([&] { rows.Set(2, {.Key = "a"}); }), errors::duplicateRowKey);
+    EXPECT_EQ(failureOf([&] { rows.Remove(4); }), errors::objectNotSet);
     form.lvRows.Selected = 3;
     rows.Remove(1);
     EXPECT_EQ(form.lvRows.Selected.get(), 0);  // what was chosen is out of range now

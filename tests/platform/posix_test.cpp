@@ -16,12 +16,13 @@
 #include <filesystem>
 #include <thread>
 
-#include "base/failure.h"
 #include "platform/posix/application_folder.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/instance_lock.h"
 #include "platform/posix/password_prompt.h"
 #include "platform/posix/posix_files.h"
+#include "tests/support/failure_of.h"
+#include "tests/support/scratch_folder.h"
 
 namespace velmora {
 namespace {
@@ -32,19 +33,15 @@ using testing::HasSubstr;
 
 class Posix : public testing::Test {
 protected:
-    Posix() { ::mkdtemp(folder.data()); }
-    ~Posix() override { fs::remove_all(folder); }
-    Posix(const Posix&) = delete;
-    Posix& operator=(const Posix&) = delete;
-
-    std::string at(std::string_view name) const { return path(folder, name); }
+    std::string at(std::string_view name) const { return scratch.file(name); }
 
     static mode_t modeOf(const std::string& path) {
         struct stat status {};
         return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
     }
 
-    std::string folder = testing::TempDir() + "velmora-XXXXXX";
+    const ScratchFolder scratch;
+    const std::string folder = scratch.path();
     PosixFiles files;
 };
 
@@ -119,12 +116,8 @@ TEST_F(Posix, AFullDiskLeavesTheOldFileAndNothingElse) {
     auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
     const rlimit small{4096, before.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
-    long number = 0;
-    try {
-        files.replace(at("x"), std::string(100'000, 'n'), Privacy::shared);
-    } catch (const Failure& failure) {
-        number = failure.number;
-    }
+    const long number =
+        failureOf([&] { files.replace(at("x"), std::string(100'000, 'n'), Privacy::shared); });
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(number, 75);

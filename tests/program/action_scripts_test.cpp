@@ -5,12 +5,7 @@
 namespace velmora {
 namespace {
 
-using testing::AllOf;
-using testing::Each;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-using testing::StartsWith;
+using namespace testing;
 
 constexpr const char* script = "/home/play.vls";
 
@@ -24,10 +19,8 @@ protected:
     /// What running a script of this content does.
     std::vector<std::string> run(const std::string& content) {
         machine.files.put(script, content);
-        program().menu("mnuScriptOpen");
-        program().takeLines();
-        program().pick(script);
-        return program().takeLines();
+        program().menu("mnuScriptOpen").takeLines();
+        return program().pick(script).takeLines();
     }
     void write(const std::string& text) { program().type("frmWriteScript.txtScript", text); }
 };
@@ -61,15 +54,11 @@ TEST_F(ActionScriptsTest, NoMoreLinesThanSixteenBitsCount) {
 TEST_F(ActionScriptsTest, CancelledDialogRunsTheLastFileOfAnyDialog) {
     program().menu("mnuScriptOpen");
     EXPECT_THAT(program().takeLines(), ElementsAre("dialog open Open File Action Scripts\\0*.vls\\0\\0"));
-    program().pick({});
-    EXPECT_THAT(program().takeLines(), IsEmpty());
+    EXPECT_THAT(program().pick({}).takeLines(), IsEmpty());
     run("Say:a");
-    program().menu("mnuScriptOpen");
-    program().pick({});
-    EXPECT_THAT(program().takeSaid(), ElementsAre("a"));
+    EXPECT_THAT(program().menu("mnuScriptOpen").pick({}).takeSaid(), ElementsAre("a"));
     machine.files.remove(script);
-    program().menu("mnuScriptOpen");
-    program().takeLines();
+    program().menu("mnuScriptOpen").takeLines();
     program().pick({});
     EXPECT_THAT(program().takeLines(), ElementsAre(errorBox("53", "File not found")));
 }
@@ -85,21 +74,16 @@ TEST_F(ActionScriptsTest, EachLineThatFailsIsToldAndTheNextOneRuns) {
 }
 
 TEST_F(ActionScriptsTest, EditorBuildsAScriptLineByLine) {
-    program().menu("mnuScriptWrite");
-    EXPECT_THAT(program().takeLines(),
+    EXPECT_THAT(program().menu("mnuScriptWrite").takeLines(),
                 ElementsAre("form frmWriteScript loaded", "form frmWriteScript shown"));
     program().click("frmWriteScript.cmdAdd(0)");
     program().type("frmWriteScript.comAnim", "Wave");  // picks nothing
-    program().click("frmWriteScript.cmdAdd(0)");
-    program().select("frmWriteScript.comAnim", 29);
-    program().click("frmWriteScript.cmdAdd(0)");
-    program().click("frmWriteScript.cmdAdd(1)");
+    program().click("frmWriteScript.cmdAdd(0)").select("frmWriteScript.comAnim", 29);
+    program().click("frmWriteScript.cmdAdd(0)").click("frmWriteScript.cmdAdd(1)");
     EXPECT_EQ(program().value("frmWriteScript.txtScript"), "Play:\r\nPlay:\r\nPlay:Wave\r\nSay:Say This ...");
-    program().click("frmWriteScript.cmdPreview(0)");
-    program().click("frmWriteScript.cmdPreview(1)");
+    program().click("frmWriteScript.cmdPreview(0)").click("frmWriteScript.cmdPreview(1)");
     EXPECT_THAT(program().takeLines(), ElementsAre("play Wave", "speak Say This ... Say This ..."));
-    program().click("frmWriteScript.ImgInfo");
-    EXPECT_THAT(program().takeLines(),
+    EXPECT_THAT(program().click("frmWriteScript.ImgInfo").takeLines(),
                 ElementsAre("play Explain", StartsWith("speak Use the Animations combo"),
                             StartsWith("speak Type your message")));
 }
@@ -108,13 +92,11 @@ TEST_F(ActionScriptsTest, PreviewPerformsTheFileAndLeavesIt) {
     program().menu("mnuScriptWrite");
     write("Show\r\nSay:one");
     program().takeLines();
-    program().click("cmdPreviewScript");
-    EXPECT_THAT(program().takeLines(), ElementsAre("speak one one"));
+    EXPECT_THAT(program().click("cmdPreviewScript").takeLines(), ElementsAre("speak one one"));
     EXPECT_EQ(machine.files.read("/home/Temp.vls"), "Show\r\nSay:one");
     machine.files.makeReadOnly("/home/Temp.vls");
     write("Say:two");
-    program().click("cmdPreviewScript");
-    EXPECT_THAT(program().takeLines(),
+    EXPECT_THAT(program().click("cmdPreviewScript").takeLines(),
                 ElementsAre(errorBox("75", "Path/File access error"), "speak one one"));
 }
 
@@ -123,10 +105,8 @@ TEST_F(ActionScriptsTest, SaveWritesWhateverTheLastDialogNamed) {
     write("Say:one");
     program().takeLines();
     const auto save = [this](std::optional<std::string> path) {
-        program().click("cmdSaveScript");
-        program().takeLines();
-        program().pick(std::move(path));
-        return program().takeLines();
+        program().click("cmdSaveScript").takeLines();
+        return program().pick(std::move(path)).takeLines();
     };
     const int writes = machine.files.writes();
     EXPECT_THAT(save({}), IsEmpty());  // no dialog has named a file yet

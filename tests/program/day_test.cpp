@@ -8,10 +8,7 @@ namespace velmora {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::StartsWith;
+using namespace testing;
 
 const std::vector<std::string> joke{"play GetAttention", "speak Knock, knock. Knock, knock.",
                                     "play GetAttentionReturn", "play Pleased"};
@@ -41,11 +38,8 @@ TEST_F(Day, IsSaidInOrderAndLeavesTheFilesThatTheNextDayBeginsWith) {
     EXPECT_THAT(program.takeSaid(), ElementsAre("Morning Ann.", "You have 2appointments today."));
     const std::string profile = machine.files.read("/home/Velmora.ini");
 
-    program.menu("mnuAlarm");
-    program.type("AlarmTPick", "09:00:00");
-    program.type("txtAlarmEvent", "Stand up");
-    program.click("cmdAlarmSet");
-    program.takeLines();
+    program.menu("mnuAlarm").type("AlarmTPick", "09:00:00").type("txtAlarmEvent", "Stand up");
+    program.click("cmdAlarmSet").takeLines();
     // With the counter put back no joke comes before the alarm, and one does soon after it.
     const auto countFrom = [&](std::int16_t ticks) {
         program.run([=](Program& inside) { inside.jokes().JokeTicks = ticks; });
@@ -64,21 +58,16 @@ TEST_F(Day, IsSaidInOrderAndLeavesTheFilesThatTheNextDayBeginsWith) {
     }
     EXPECT_EQ(told, joke);
 
-    program.type("Calender", "2026-03-06");
-    program.type("AppTime", "10:00:00");
-    program.type("txtEvent", "Walk");
-    program.click("cmdAddApp");
-    program.menu("mnuScriptOpen");
+    program.type("Calender", "2026-03-06").type("AppTime", "10:00:00").type("txtEvent", "Walk");
+    program.click("cmdAddApp").menu("mnuScriptOpen");
     EXPECT_THAT(program.takeLines(), ElementsAre(StartsWith("dialog open Open File ")));
-    program.pick("/home/play.vls");
-    EXPECT_THAT(program.takeLines(), ElementsAre("speak Bravo Bravo", "play Wave"));
+    EXPECT_THAT(program.pick("/home/play.vls").takeLines(), ElementsAre("speak Bravo Bravo", "play Wave"));
 
     countFrom(5);  // from here on no more jokes
     machine.advance(24h);
     EXPECT_THAT(program.takeLines(), IsEmpty());
     EXPECT_EQ(machine.files.read("/home/Appointments.txt"), dentist + tea);
-    program.menu("mnuExit");
-    EXPECT_TRUE(program.ended());
+    EXPECT_TRUE(program.menu("mnuExit").ended());
     EXPECT_THAT(program.takeSaid(), ElementsAre("Are we finished already?"));
     EXPECT_EQ(machine.files.read("/home/Appointments.txt"), dentist + tea + walk);
     EXPECT_EQ(machine.files.read("/home/Velmora.ini"), profile);

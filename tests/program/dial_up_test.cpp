@@ -40,8 +40,7 @@ TEST_F(DialUpTest, SystemThatCannotBeAskedGivesABoxEachTime) {
 
 TEST_F(DialUpTest, ConnectEntryDialsAndDoesNothingElse) {
     machine.link.dialResult = 668;
-    program().menu("mnuIntConnect");
-    EXPECT_THAT(program().takeLines(), ElementsAre("dial 668"));
+    EXPECT_THAT(program().menu("mnuIntConnect").takeLines(), ElementsAre("dial 668"));
     EXPECT_EQ(machine.link.asked, 0);
     program().run([](Program& inside) { EXPECT_EQ(inside.dialUp().DialResult, 668); });
 }

@@ -8,19 +8,13 @@ namespace velmora {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
+using namespace testing;
 
 class JokesTest : public StartedProgram {
 protected:
     JokesTest() { machine.setting("/home", "Options", "Jokes", "On"); }
 
-    std::vector<std::string> linesOf(const std::string& entry) {
-        program().menu(entry);
-        return program().takeLines();
-    }
+    std::vector<std::string> linesOf(const std::string& entry) { return program().menu(entry).takeLines(); }
 
     /// What the character says in that many clicks on the entry.
     std::set<std::string> saidIn(int clicks, const std::string& entry) {
@@ -67,24 +61,10 @@ TEST_F(JokesTest, WithoutFilesTheEntriesDoNothingAndTheSongIsDisabled) {
                             "occured I was unable to open the songs file."));
 }
 
-TEST_F(JokesTest, SpokenCommandsDoWhatTheEntriesDo) {
-    machine.files.put("/home/Jokes.txt", "joke");
-    machine.files.put("/home/Tips.txt", "tip");
-    machine.files.put("/home/Songs/a.txt", "Speak la");
-    for (const auto& [words, line] :
-         {std::pair{"tell a joke", "speak joke joke"}, {"tip", "speak tip tip"}, {"sing song", "play Sad"}}) {
-        program();
-        if (std::string(line) == "play Sad") machine.files.remove("/home/Songs/a.txt");
-        program().say(words);
-        EXPECT_THAT(program().takeLines(), Contains(line)) << words;
-    }
-}
-
 TEST_F(JokesTest, UnreadableJokesAreReportedWhileTheyLoad) {
     machine.files.put("/home/Jokes.txt", "joke");
     machine.files.makeUnreadable("/home/Jokes.txt");
-    machine.setting("/home", "Options", "Default", "True");
-    auto& started = machine.start("/home");
+    auto& started = machine.startFor("");
     EXPECT_THAT(started.takeLines(), Contains(testing::StartsWith("box An Error Occured Error # 75 ")));
     started.answer(BoxAnswer::no);
 }
@@ -92,8 +72,7 @@ TEST_F(JokesTest, UnreadableJokesAreReportedWhileTheyLoad) {
 TEST_F(JokesTest, LinesOfASongActByTheirFirstWordAlone) {
     machine.files.put("/home/Songs/only.TXT",
                       "Speak  one|uno\r\nspeak two\nPlay Wave \rSpeak\r\n Show\r\nShow \r\nShow\r\nSpeak ");
-    program().menu("mnuHide");
-    program().takeLines();
+    program().menu("mnuHide").takeLines();
     EXPECT_THAT(linesOf("mnuInteractSong"),
                 ElementsAre(testing::StartsWith("speak \\\\Chr=\"Monotone\"\\\\ one|uno "), "play Wave ",
                             "show", "speak \\\\Chr=\"Monotone\"\\\\ "));

@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "core/user_list.h"
 #include "tests/support/simulated_machine.h"
@@ -8,20 +7,14 @@
 namespace velmora {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-using testing::StartsWith;
+using namespace testing;
 
 class Login : public testing::Test {
 protected:
     Login() { machine.files.createFolder("/home"); }
 
     void logIn(SimulatedProgram& program, const std::string& name, const std::string& password) {
-        program.type("txtUserName", name);
-        program.type("txtPassword", password);
-        program.takeLines();
+        program.type("txtUserName", name).type("txtPassword", password).takeLines();
         program.click("cmdOK");
     }
 
@@ -80,8 +73,7 @@ TEST_F(Login, LineWithoutAColonIsAnErrorOnlyWhenTheSearchReachesIt) {
 TEST_F(Login, CancelEndsTheProgramAndStillLeavesAList) {
     auto& program = machine.start("/home");
     program.takeLines();
-    program.click("cmdCancel");
-    EXPECT_TRUE(program.ended());
+    EXPECT_TRUE(program.click("cmdCancel").ended());
     EXPECT_THAT(program.takeLines(), ElementsAre("form frmLogin hidden", "form frmLogin unloaded"));
     EXPECT_EQ(machine.files.read("/home/Users.vlu"), "");
 }
@@ -112,8 +104,7 @@ TEST_F(Login, UntickingWritesFalseAndStays) {
         inside.login().chkDefault.Value.adopt(1);
     });
     program.takeLines();
-    program.click("chkDefault");
-    EXPECT_THAT(program.takeLines(), IsEmpty());
+    EXPECT_THAT(program.click("chkDefault").takeLines(), IsEmpty());
     EXPECT_EQ(machine.files.read("/home/Velmora.ini"), "[Options]\nDefault=False\n");
 }
 
@@ -125,8 +116,7 @@ TEST_F(Login, TwoProgramsOfOneMachineKeepTheirOwnProfiles) {
     auto& two = machine.start("/two");
     EXPECT_THAT(one.takeSaid(), Contains("Morning Ann."));
     EXPECT_THAT(two.takeSaid(), Contains("Morning Bob."));
-    one.menu("mnuExit");
-    EXPECT_TRUE(one.ended());
+    EXPECT_TRUE(one.menu("mnuExit").ended());
     EXPECT_FALSE(two.ended());
 }
 

@@ -8,9 +8,7 @@
 namespace velmora {
 namespace {
 
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 class MainWindow : public StartedProgram {
 protected:
@@ -35,10 +33,8 @@ TEST_F(MainWindow, OnePanelIsInViewAtFirstTheSearch) {
 }
 
 TEST_F(MainWindow, AlarmPanelOpensAtThePresentTime) {
-    program().click("cmdFrames(1)");
-    EXPECT_EQ(program().value("AlarmTPick"), "00:00:00");
-    program().click("cmdFrames(2)");
-    EXPECT_EQ(program().value("AlarmTPick"), "09:05:00");
+    EXPECT_EQ(program().click("cmdFrames(1)").value("AlarmTPick"), "00:00:00");
+    EXPECT_EQ(program().click("cmdFrames(2)").value("AlarmTPick"), "09:05:00");
 }
 
 TEST_F(MainWindow, AlarmIsCheckedEachSecondAlsoIfThatFails) {
@@ -56,14 +52,12 @@ TEST_F(MainWindow, AlarmIsCheckedEachSecondAlsoIfThatFails) {
 }
 
 TEST_F(MainWindow, MinimisedItIsHiddenAndOnlyTheTrayBringsItBack) {
-    program().clickTray(1);
-    program().click("CmdMin");
+    program().clickTray(1).click("CmdMin");
     program().run([](Program& inside) { inside.main().Form_MouseMove(513L * 15); });
     EXPECT_THAT(program().takeLines(),
                 ElementsAre("form FrmMain shown", "form FrmMain minimised", "form FrmMain hidden"));
     EXPECT_EQ(program().value("FrmMain.WindowState"), "1");
-    program().clickTray(1);
-    EXPECT_EQ(program().value("FrmMain.WindowState"), "0");
+    EXPECT_EQ(program().clickTray(1).value("FrmMain.WindowState"), "0");
     program().clickTray(2);
     EXPECT_THAT(program().takeLines(), ElementsAre("form FrmMain shown", "popup FrmMain.MnuMain"));
 }
@@ -78,14 +72,11 @@ TEST_F(MainWindow, TrayRecordHoldsWhatTheSystemAsksFor) {
 }
 
 TEST_F(MainWindow, CancelledDialogKeepsTheFileThatWasChosenBefore) {
-    program().click("cmdOpenBrowse");
-    EXPECT_THAT(program().takeLines(),
+    EXPECT_THAT(program().click("cmdOpenBrowse").takeLines(),
                 ElementsAre(R"(dialog open Open File Executable Files\0*.exe\0All Files (*.*)\0*.*\0\0)"));
     program().pick("  /usr/bin/game");
     program().run([](Program& inside) { inside.main().txtOpenFile.Text = "other"; });
-    program().click("cmdOpenBrowse");
-    program().pick({});
-    EXPECT_EQ(program().value("txtOpenFile"), "/usr/bin/game");
+    EXPECT_EQ(program().click("cmdOpenBrowse").pick({}).value("txtOpenFile"), "/usr/bin/game");
     program().takeLines();
     program().run([](Program& inside) { inside.main().fileDialogs.SaveDialog("Scripts"); });
     EXPECT_THAT(program().takeLines(), ElementsAre(R"(dialog save Save File Scripts\0\0)"));
@@ -126,14 +117,11 @@ TEST_F(MainWindow, EntriesOfTheMainMenuOpenWhatTheyName) {
          {Case{"mnuHelp", "open /home/help/velmora.html "},
           Case{"mnuMyHome", "open http://directory.example/messenger/Home.asp?User=Ann&UID=4711 "},
           Case{"mnuAbout", "form frmAbout shown"}}) {
-        program().menu(entry);
-        EXPECT_THAT(program().takeLines(), Contains(line));
+        EXPECT_THAT(program().menu(entry).takeLines(), Contains(line));
     }
-    program().click("frmAbout.cmdSysInfo");
-    EXPECT_THAT(program().takeLines(), ElementsAre("open system-information "));
+    EXPECT_THAT(program().click("frmAbout.cmdSysInfo").takeLines(), ElementsAre("open system-information "));
     machine.setting("/home", "Community", "Site", "http://community.example", "platform.conf");
-    program().menu("mnuMyHome");
-    EXPECT_THAT(program().takeLines(),
+    EXPECT_THAT(program().menu("mnuMyHome").takeLines(),
                 ElementsAre("open http://community.example/messenger/Home.asp?User=Ann&UID=4711 "));
 }
 
@@ -165,8 +153,7 @@ TEST_F(MainWindow, MessengerEntryActsOnItsCaption) {
 }
 
 TEST_F(MainWindow, EveryEntryCanBePickedAndAWrongNameIsABug) {
-    program().click("cmdOptions");
-    EXPECT_THAT(program().takeLines(), ElementsAre("popup FrmMain.mnuOptionsMenu"));
+    EXPECT_THAT(program().click("cmdOptions").takeLines(), ElementsAre("popup FrmMain.mnuOptionsMenu"));
     program().run([](Program& inside) {
         FrmMain& main = inside.main();
         EXPECT_EQ(main.menu("mnuMsgFile", 4).parent(), &main.menu("mnuMessengerFiles"));

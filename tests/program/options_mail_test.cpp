@@ -14,14 +14,8 @@ protected:
     std::string stored(const std::string& section, const std::string& key) {
         return IniSettingsFile(machine.files).read(section, key, "(none)", "/home/Velmora.ini");
     }
-    void open(const std::string& entry) {
-        program().menu(entry);
-        program().takeLines();
-    }
-    std::vector<std::string> save() {
-        program().click("CmdSave");
-        return program().takeLines();
-    }
+    void open(const std::string& entry) { program().menu(entry).takeLines(); }
+    std::vector<std::string> save() { return program().click("CmdSave").takeLines(); }
     bool readEntire() {
         bool entire = false;
         program().run([&](Program& inside) { entire = inside.main().ReadEntire; });
@@ -123,9 +117,7 @@ TEST_F(MailAndJokes, IntervalDecidesWhetherMailIsCheckedAndABadOneLeavesTheOneBe
 
 TEST_F(MailAndJokes, AccountIsStoredWithItsPasswordEncipheredAndLostSilentlyIfTheFileRefuses) {
     open("mnuOptionsMail");
-    program().type("TxtServer", "mail.example");
-    program().type("TxtUser", "ann");
-    program().type("TxtPass", "secret");
+    program().type("TxtServer", "mail.example").type("TxtUser", "ann").type("TxtPass", "secret");
     program().type("TxtChkInterval", "5");
     EXPECT_THAT(save(), ElementsAre(on));
     EXPECT_EQ(stored("EMail", "Server"), "mail.example");
@@ -134,8 +126,7 @@ TEST_F(MailAndJokes, AccountIsStoredWithItsPasswordEncipheredAndLostSilentlyIfTh
     const std::string once = machine.files.read("/home/Velmora.ini");
 
     machine.files.makeReadOnly("/home/Velmora.ini");
-    program().type("TxtServer", "other.example");
-    program().type("TxtChkInterval", "6");
+    program().type("TxtServer", "other.example").type("TxtChkInterval", "6");
     EXPECT_THAT(save(), ElementsAre(on));
     EXPECT_EQ(machine.files.read("/home/Velmora.ini"), once);
     EXPECT_EQ(mailInterval(), 6);
@@ -171,8 +162,7 @@ TEST_F(MailAndJokes, JokesAreSavedByteForByteWithTheirTimer) {
     EXPECT_EQ(stored("Options", "Jokes"), "Off");
     EXPECT_EQ(program().value("TimerJoke"), "False");
 
-    program().click("chkJoke");
-    program().type("rtbJokes", "New\r\n");
+    program().click("chkJoke").type("rtbJokes", "New\r\n");
     save();
     EXPECT_EQ(machine.files.read("/home/Jokes.txt"), "New\r\n");
     EXPECT_EQ(stored("Options", "Jokes"), "On");
@@ -187,8 +177,7 @@ TEST_F(MailAndJokes, JokesThatCannotBeSavedAreToldAndTheRestGoesOn) {
     const auto told =
         ElementsAre(failed("75\\nPath/File access error"), "play Congratulate_2", saved, "play Pleased");
     open("mnuJokesEdit");  // there is no file: nothing was loaded that could be saved
-    program().click("chkJoke");
-    program().type("rtbJokes", "New");
+    program().click("chkJoke").type("rtbJokes", "New");
     EXPECT_THAT(save(), told);
     EXPECT_FALSE(machine.files.exists("/home/Jokes.txt"));
     EXPECT_EQ(stored("Options", "Jokes"), "On");

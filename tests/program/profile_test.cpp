@@ -1,56 +1,34 @@
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include "tests/support/simulated_machine.h"
-#include "tests/support/simulated_program.h"
+#include "messenger/transfer_status.h"
+#include "tests/program/started_program.h"
 
 namespace velmora {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::AllOf;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::IsEmpty;
-using testing::StartsWith;
+using namespace testing;
 
 /// As it goes out: a blank would break the line of the request, all else stands as it was typed.
 const std::string request =
     "http://directory/messenger/CreateProfile.asp?FName=Ann%20Mary&Lname=Lee&EMail=a=b&NickName=a&b";
 
 /// A program whose user is not known yet, with the wizard open.
-class ProfileTest : public testing::Test {
+class ProfileTest : public StartedProgram {
 protected:
-    ProfileTest() {
-        machine.setting("/home", "Options", "Default", "True");
+    ProfileTest() : StartedProgram("") {
         machine.setting("/home", "EMail", "Server", "old.example");
         machine.setting("/home", "Directory", "Endpoint", "http://directory", "platform.conf");
     }
 
-    SimulatedProgram& program() {
-        if (!program_) program_ = &machine.start("/home");
-        return *program_;
-    }
     void fillIn() {
-        program().type("txtFName", "Ann Mary");
-        program().type("txtLName", "Lee");
-        program().type("txtEMail", "a=b");
-        program().type("txtNickName", "a&b");
-        program().takeLines();
+        program().type("txtFName", "Ann Mary").type("txtLName", "Lee").type("txtEMail", "a=b");
+        program().type("txtNickName", "a&b").takeLines();
     }
-    std::vector<std::string> finish() {
-        program().click("cmdFinish");
-        return program().takeLines();
-    }
+    std::vector<std::string> finish() { return program().click("cmdFinish").takeLines(); }
     std::string setting(std::string_view section, std::string_view key) {
         return IniSettingsFile(machine.files).read(section, key, "none", "/home/Velmora.ini");
     }
-
-    SimulatedMachine machine;
-
-private:
-    SimulatedProgram* program_ = nullptr;
 };
 
 TEST_F(ProfileTest, NothingIsStoredOrSentBeforeAllFieldsAreFilled) {
@@ -72,9 +50,7 @@ TEST_F(ProfileTest, NothingIsStoredOrSentBeforeAllFieldsAreFilled) {
 TEST_F(ProfileTest, FirstRunGivesANumberThatTheNextStartKnows) {
     machine.web.serve(request, "4711");
     fillIn();
-    program().click("optYes(1)");
-    program().click("optYes(0)");
-    EXPECT_EQ(program().value("optYes(1)"), "False");
+    EXPECT_EQ(program().click("optYes(1)").click("optYes(0)").value("optYes(1)"), "False");
     EXPECT_THAT(
         finish(),
         ElementsAre(
@@ -100,11 +76,10 @@ TEST_F(ProfileTest, FirstRunGivesANumberThatTheNextStartKnows) {
         EXPECT_EQ(inside.main().UID, "4711");
         EXPECT_EQ(inside.main().NickName, "a&b");
     };
-    program().run(known);
-    program().menu("mnuExit");
+    program().run(known).menu("mnuExit");
     auto& next = machine.start("/home");
-    next.run(known);
-    EXPECT_THAT(next.takeSaid(), ElementsAre("Morning Ann Mary.", "You have no appointments today."));
+    EXPECT_THAT(next.run(known).takeSaid(),
+                ElementsAre("Morning Ann Mary.", "You have no appointments today."));
 }
 
 TEST_F(ProfileTest, WhatWasTypedOutlivesFailuresAndGoesOutAgain) {
@@ -139,8 +114,7 @@ TEST_F(ProfileTest, SecondPressDuringATransferFailsAndTheFirstGoesOn) {
     fillIn();
     EXPECT_THAT(finish(), ElementsAre("play Processing"));
     EXPECT_THAT(finish(), ElementsAre("play Processing", StartsWith("box Error! 35764\\n")));
-    machine.advance(5s);
-    EXPECT_EQ(program().value("cmdFinish"), "Done");
+    EXPECT_EQ(after(5s).value("cmdFinish"), "Done");
 }
 
 TEST_F(ProfileTest, ClosedDuringATransferItIsNotHeardOfAgain) {
@@ -149,10 +123,8 @@ TEST_F(ProfileTest, ClosedDuringATransferItIsNotHeardOfAgain) {
     fillIn();
     for (int answer = 0; answer < 2; ++answer) {
         finish();
-        program().close("frmProfile");
-        EXPECT_THAT(program().takeLines(), ElementsAre("form frmProfile unloaded"));
-        machine.advance(2min);
-        EXPECT_THAT(program().takeLines(), IsEmpty());
+        EXPECT_THAT(program().close("frmProfile").takeLines(), ElementsAre("form frmProfile unloaded"));
+        EXPECT_THAT(after(2min).takeLines(), IsEmpty());
         program().run([](Program& inside) { inside.profile().Show(); });
         EXPECT_EQ(program().value("cmdFinish"), "Finish");
         fillIn();
@@ -160,12 +132,17 @@ TEST_F(ProfileTest, ClosedDuringATransferItIsNotHeardOfAgain) {
     EXPECT_EQ(setting("Messenger", "UID"), "none");
 }
 
+TEST(TransferStatus, IsWrittenAsItAlwaysWasAndUnknownStatesLeaveIt) {
+    EXPECT_EQ(transferStatus(TransferState::receivingResponse), "Recieving Response");
+    EXPECT_EQ(transferStatus(TransferState::responseReceived), "Response Recieved");
+    EXPECT_FALSE(transferStatus(static_cast<TransferState>(13)));
+}
+
 TEST_F(ProfileTest, ProgramEndsWhileATransferHangs) {
     machine.web.serve(request, WebAnswer{.hangs = true});
     fillIn();
     finish();
-    program().menu("mnuExit");
-    EXPECT_TRUE(program().ended());
+    EXPECT_TRUE(program().menu("mnuExit").ended());
     EXPECT_THAT(program().takeLines(), Contains("form frmProfile unloaded"));
 }
 
@@ -194,8 +171,7 @@ TEST_F(ProfileTest, WithoutALinkItAsksToDialAndWaitsUnlessItIsClosed) {
 TEST_F(ProfileTest, HiddenCharacterIsAskedToComeAndStoppedAtOnce) {
     machine.web.serve(request, "4711");
     fillIn();
-    program().menu("mnuHide");
-    program().takeLines();
+    program().menu("mnuHide").takeLines();
     auto lines = finish();
     lines.resize(4);
     EXPECT_THAT(lines, ElementsAre("play Processing", "show", "stopall", "play Wave"));

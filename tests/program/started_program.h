@@ -7,23 +7,32 @@
 
 namespace velmora {
 
-/// A program with the folder /home that has started, greeted its user Ann, and stands idle.
+/// A program with the folder /home that has started, greeted its user, and stands idle.
 class StartedProgram : public testing::Test {
 protected:
+    /// An empty name: the user is not known yet.
+    explicit StartedProgram(std::string user = "Ann") : user_(std::move(user)) {}
+
     /// Starts it, if it has not been started; put files into the machine's folder before.
     SimulatedProgram& program() {
         if (!program_) {
-            machine.setting("/home", "Options", "Default", "True");
-            machine.setting("/home", "User", "Name", "Ann");
-            program_ = &machine.start("/home");
+            program_ = &machine.startFor(user_);
             program_->takeLines();
         }
         return *program_;
     }
 
+    /// The program once that time has passed.
+    SimulatedProgram& after(std::chrono::milliseconds span) {
+        program();
+        machine.advance(span);
+        return program();
+    }
+
     SimulatedMachine machine;
 
 private:
+    const std::string user_;
     SimulatedProgram* program_ = nullptr;
 };
 

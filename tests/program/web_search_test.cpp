@@ -17,8 +17,7 @@ protected:
 
     std::string searchLine() {
         program().takeLines();
-        program().click("cmdSearch");
-        const auto lines = program().takeLines();
+        const auto lines = program().click("cmdSearch").takeLines();
         EXPECT_THAT(lines, ElementsAre("play Search", testing::_));
         return lines.back();
     }
@@ -62,8 +61,7 @@ TEST_F(WebSearchTest, HistoryKeepsEveryQueryOfThisRun) {
     program().type("comQuery", "cats");
     searchLine();
     searchLine();
-    program().type("comQuery", "dogs");
-    program().select("comQuery", 2);
+    program().type("comQuery", "dogs").select("comQuery", 2);
     EXPECT_EQ(searchLine(), "open http://Yahoo/bin/search?p=cats /home");
     std::vector<std::string> history;
     program().run([&](Program& inside) {
@@ -73,8 +71,7 @@ TEST_F(WebSearchTest, HistoryKeepsEveryQueryOfThisRun) {
 }
 
 TEST_F(WebSearchTest, MenuBringsThePanelUp) {
-    program().click("cmdFrames(3)");
-    program().menu("mnuSearch");
+    program().click("cmdFrames(3)").menu("mnuSearch");
     EXPECT_THAT(program().takeLines(), Contains("form FrmMain shown"));
     EXPECT_EQ(program().value("FrameSearch.Left"), std::to_string(FrmMain::panelPlace.Left));
 }

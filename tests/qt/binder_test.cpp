@@ -141,6 +141,7 @@ TEST_F(BinderTest, EveryKindShowsWhatTheProgramSetsAndRaisesOnlyWhatTheKindDoes)
     form.lst.Selected = 3;
     form.tree.Selected = 2;
     form.combo.AddItem("four");
+    form.combo.setList(0, "uno");
     settle();
     EXPECT_EQ(form.raised, 0);
     form.txt.Text = "caf\xe9";
@@ -171,6 +172,7 @@ TEST_F(BinderTest, EveryKindShowsWhatTheProgramSetsAndRaisesOnlyWhatTheKindDoes)
     EXPECT_TRUE(at<QCheckBox>("chk").isChecked());
     EXPECT_TRUE(at<QRadioButton>("opt_1").isChecked());
     EXPECT_EQ(at<QComboBox>("combo").currentText(), QStringLiteral("four"));
+    EXPECT_EQ(at<QComboBox>("combo").itemText(0), QStringLiteral("uno"));
 
     form.optB.Value = false;
     EXPECT_FALSE(at<QRadioButton>("opt_1").isChecked());
@@ -204,6 +206,12 @@ TEST_F(BinderTest, EveryKindTellsOnceWhatAPersonDoes) {
         {"check box", [&] { QTest::keyClick(&at<QCheckBox>("chk"), Qt::Key_Space); },
          [&] { return form.chk.mainValue(); }, "1"},
         {"option", [&] { at<QRadioButton>("opt_1").click(); }, [&] { return form.optB.mainValue(); }, "True"},
+        {"option by key",
+         [&] {
+             at<QRadioButton>("opt_1").setFocus();
+             QTest::keyClick(&at<QRadioButton>("opt_1"), Qt::Key_Up);
+         },
+         [&] { return form.optA.mainValue() + form.optB.mainValue(); }, "TrueFalse"},
         {"combo row", [&] { QTest::keyClick(&at<QComboBox>("combo"), Qt::Key_Down); },
          [&] { return form.combo.mainValue(); }, "one"},
         {"combo text", [&] { QTest::keyClick(at<QComboBox>("combo").lineEdit(), 's'); },

@@ -20,9 +20,7 @@
 #include "platform/qt/qt_tray.h"
 
 using namespace velmora;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
+using namespace testing;
 
 namespace {
 
@@ -117,10 +115,17 @@ TEST_F(DesktopTest, TheOptionsShowWhatIsSetAndWriteOnlyWhatWasChanged) {
     qt::SpeechChoice heard;
     int applied = 0;
     qt::CharacterOptions options(
-        settings, {"en-gb", "en-us"},
+        settings, {{"en-gb", "British"}, {"flite:slt", "Clear, female (slt)"}},
         {.figure = nullptr, .speak = [&](const qt::SpeechChoice& choice) { heard = choice; }},
         [&] { ++applied; });
+    int asked = 0;
     options.show();
+    auto* listen = options.findChild<QPushButton*>(QStringLiteral("listenNow"));
+    EXPECT_FALSE(listen->isVisible()) << "where nobody listens";
+    options.offerListening([&] { ++asked; });
+    EXPECT_TRUE(listen->isVisible());
+    listen->click();
+    EXPECT_EQ(asked, 1);
     const auto numbers = options.findChildren<QSpinBox*>();
     const auto boxes = options.findChildren<QComboBox*>();
     const auto checks = options.findChildren<QCheckBox*>();
@@ -131,8 +136,9 @@ TEST_F(DesktopTest, TheOptionsShowWhatIsSetAndWriteOnlyWhatWasChanged) {
     EXPECT_EQ(numbers[0]->value(), numbers[0]->minimum());
     numbers[1]->setValue(70);
     boxes[1]->setCurrentIndex(2);
+    EXPECT_EQ(boxes[1]->currentText(), QStringLiteral("Clear, female (slt)"));
     options.findChild<QPushButton*>(QStringLiteral("tryIt"))->click();
-    EXPECT_EQ(heard.voice + "/" + heard.rate + "/" + heard.pitch, "en-us//70");
+    EXPECT_EQ(heard.voice + "/" + heard.rate + "/" + heard.pitch, "flite:slt//70");
     EXPECT_EQ(file.values.size(), 4U);
 
     QTest::keyClick(&options, Qt::Key_Escape);
@@ -156,6 +162,7 @@ TEST_F(DesktopTest, TheChooserShowsAPictureOfEachCharacterAndKeepsTheOneChosen) 
         drawn.push_back(name);
         return QPixmap();
     });
+    EXPECT_LE(chooser.minimumSizeHint().width(), 320) << "too wide for large letters on a small screen";
     chooser.show();
     while (drawn.size() < 2) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_THAT(drawn, ElementsAre("Genie", "Merlin"));

@@ -14,14 +14,12 @@
 
 #include "platform/boxes.h"
 #include "platform/controls.h"
-#include "platform/qt/binder.h"
 #include "platform/qt/box_view.h"
 #include "platform/qt/qt_loop_host.h"
 
 using namespace velmora;
 using namespace std::string_view_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -88,13 +86,6 @@ struct WindowsTest : testing::Test {
 };
 
 }  // namespace
-
-TEST_F(WindowsTest, EveryWidgetOfTheWindowsIsAControlOfTheForms) {
-    for (Form* form : {static_cast<Form*>(&login), static_cast<Form*>(&splash)}) {
-        form->Show();
-        EXPECT_THAT(qt::Binder(*form, *windows.window(*form), loop).unbound(), IsEmpty()) << form->name();
-    }
-}
 
 TEST_F(WindowsTest, AWindowFollowsItsForm) {
     login.Load();

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
-#include <ostream>
-
 #include "tests/sockets/real_network.h"
+#include "tests/support/contract.h"
+#include "tests/support/failure_of.h"
 #include "tests/support/simulated_sockets.h"
 
 namespace velmora {
@@ -51,28 +51,7 @@ struct SimulatedGround : Ground {
     SimulatedNetwork network;
 };
 
-struct Kind {
-    const char* name;
-    std::unique_ptr<Ground> (*make)(WaitingLoop& loop);
-};
-
-void PrintTo(const Kind& kind, std::ostream* stream) {
-    *stream << kind.name;
-}
-
-template <class SomeGround>
-std::unique_ptr<Ground> make(WaitingLoop& loop) {
-    return std::make_unique<SomeGround>(loop);
-}
-
-long failureOf(const std::function<void()>& call) {
-    try {
-        call();
-        return 0;
-    } catch (const Failure& failure) {
-        return failure.number;
-    }
-}
+using SocketKind = Kind<Ground, WaitingLoop&>;
 
 /// A socket that keeps what it is told.
 struct Recorded {
@@ -100,7 +79,7 @@ struct Recorded {
     int sent = 0;
 };
 
-class SocketContract : public testing::TestWithParam<Kind> {
+class SocketContract : public testing::TestWithParam<SocketKind> {
 protected:
     void connect() {
         server->LocalPort = chatPort;
@@ -256,8 +235,8 @@ TEST_P(SocketContract, DatagramsArriveWholeWithTheirSender) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, SocketContract,
-                         testing::Values(Kind{"Real", make<RealGround>},
-                                         Kind{"Simulated", make<SimulatedGround>}));
+                         testing::Values(SocketKind::of<RealGround>("Real"),
+                                         SocketKind::of<SimulatedGround>("Simulated")));
 
 }  // namespace
 }  // namespace velmora

@@ -1,11 +1,7 @@
 #include "tests/support/scratch_profile.h"
 
-#include <stdlib.h>
-
-#include <cerrno>
-#include <fstream>
+#include <cstdlib>
 #include <string_view>
-#include <system_error>
 
 namespace velmora::blackbox {
 namespace {
@@ -18,35 +14,20 @@ constexpr std::string_view fifteenSettings =
 
 constexpr std::string_view silentPlatform = "[Speech]\nDevice=none\n[Hearing]\nDevice=none\n";
 
-void write(const std::filesystem::path& path, std::string_view content) {
-    std::ofstream file(path, std::ios::binary);
-    file << content;
-    file.close();
-    if (!file) throw std::system_error(std::make_error_code(std::errc::io_error), path.string());
-}
-
 }  // namespace
 
 ScratchProfile::ScratchProfile() {
-    auto name = (std::filesystem::temp_directory_path() / "velmora-bench.XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
-    root_ = name;
     std::filesystem::create_directory(folder());
-    std::filesystem::create_directory(root_ / "home");
-    write(folder() / "Velmora.ini", fifteenSettings);
-    write(folder() / "platform.conf", silentPlatform);
-}
-
-ScratchProfile::~ScratchProfile() {
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
+    std::filesystem::create_directory(root_.file("home"));
+    root_.write("application/Velmora.ini", fifteenSettings);
+    root_.write("application/platform.conf", silentPlatform);
 }
 
 std::vector<std::string> ScratchProfile::environment(const std::vector<std::string>& more) const {
     const char* path = getenv("PATH");
     std::vector<std::string> variables{"PATH=" + std::string(path != nullptr ? path : "/usr/bin:/bin"),
-                                       "HOME=" + (root_ / "home").string(),
-                                       "XDG_RUNTIME_DIR=" + root_.string(), "LC_ALL=C.UTF-8"};
+                                       "HOME=" + root_.file("home"), "XDG_RUNTIME_DIR=" + root_.path(),
+                                       "LC_ALL=C.UTF-8"};
     variables.insert(variables.end(), more.begin(), more.end());
     return variables;
 }

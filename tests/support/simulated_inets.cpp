@@ -1,7 +1,6 @@
 #include "tests/support/simulated_inets.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "base/failure.h"
 #include "base/text.h"
@@ -87,22 +86,14 @@ void SimulatedWeb::serve(const std::string& url, WebAnswer answer) {
     answers_[url].push_back(std::move(answer));
 }
 
-void SimulatedWeb::serveUnder(const std::string& prefix, Server server) {
-    servers_.emplace_back(prefix, std::move(server));
-}
-
 WebAnswer SimulatedWeb::request(const std::string& url) {
     requests_.push_back(url);
-    if (const auto found = answers_.find(url); found != answers_.end()) {
-        auto& queue = found->second;
-        WebAnswer answer = queue.front();
-        if (queue.size() > 1) queue.erase(queue.begin());
-        return answer;
-    }
-    for (const auto& [prefix, server] : servers_ | std::views::reverse) {
-        if (url.starts_with(prefix)) return server(url);
-    }
-    return {.failure = errors::transferNotConnected};
+    const auto found = answers_.find(url);
+    if (found == answers_.end()) return {.failure = errors::transferNotConnected};
+    auto& queue = found->second;
+    WebAnswer answer = queue.front();
+    if (queue.size() > 1) queue.erase(queue.begin());
+    return answer;
 }
 
 std::unique_ptr<Inet> SimulatedInets::create() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -24,14 +23,10 @@ struct WebAnswer {
 /// The servers that the programs of a simulated machine find. An address that nobody serves can't be reached.
 class SimulatedWeb {
 public:
-    using Server = std::function<WebAnswer(const std::string& url)>;
-
     /// Answers given for the same address come one after the other; the last one stays.
     void serve(const std::string& url, WebAnswer answer);
     /// Text alone, at once.
     void serve(const std::string& url, std::string body) { serve(url, WebAnswer{.body = std::move(body)}); }
-    /// Every address that begins like this, where `serve` names none; of several, the one added last.
-    void serveUnder(const std::string& prefix, Server server);
 
     /// Requests since the last call, in order, each as it goes out.
     std::vector<std::string> takeRequests() { return std::exchange(requests_, {}); }
@@ -41,7 +36,6 @@ public:
 
 private:
     std::map<std::string, std::vector<WebAnswer>, std::less<>> answers_;
-    std::vector<std::pair<std::string, Server>> servers_;
     std::vector<std::string> requests_;
 };
 

@@ -9,8 +9,6 @@ namespace velmora {
 /// A machine's link as a test sets it; at the start one connection, and it is up.
 class SimulatedLink : public Link {
 public:
-    using Connections = std::optional<std::vector<LinkStatus>>;
-
     std::optional<std::vector<LinkHandle>> RasEnumConnections() const override {
         ++asked;
         if (!found) return std::nullopt;
@@ -22,16 +20,10 @@ public:
         if (!found || link < 1 || link > found->size()) return std::nullopt;
         return (*found)[link - 1];
     }
-    long InternetAutodial() override {
-        ++dialled;
-        if (afterDial) found = *afterDial;
-        return dialResult;
-    }
+    long InternetAutodial() override { return dialResult; }
 
-    Connections found{{LinkStatus::connected}};
-    std::optional<Connections> afterDial;  ///< what is found once it was dialled; nothing: no change
+    std::optional<std::vector<LinkStatus>> found{{LinkStatus::connected}};
     long dialResult = 0;
-    int dialled = 0;        ///< how often
     mutable int asked = 0;  ///< how often the test was made
 };
 

@@ -27,6 +27,12 @@ SimulatedMailbox& SimulatedMachine::pop3(const std::string& host, std::vector<st
     return *mailboxes_.emplace_back(std::make_unique<SimulatedMailbox>(network, host, std::move(messages)));
 }
 
+SimulatedProgram& SimulatedMachine::startFor(std::string_view user) {
+    setting("/home", "Options", "Default", "True");
+    if (!user.empty()) setting("/home", "User", "Name", user);
+    return start("/home");
+}
+
 SimulatedProgram& SimulatedMachine::start(const std::string& folder) {
     files.createFolder(folder);
     programs_.push_back(std::make_unique<SimulatedProgram>(*this, folder));

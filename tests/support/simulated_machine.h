@@ -48,6 +48,8 @@ public:
     /// What the next program that starts finds as its character; an empty name: there is none to load.
     std::string character = "Merlin";
 
+    /// Starts a program with the folder /home and its default profile, of that user; empty: not known yet.
+    SimulatedProgram& startFor(std::string_view user);
     /// Starts a program with this application folder and runs it until nothing is due.
     SimulatedProgram& start(const std::string& folder);
 

@@ -35,7 +35,7 @@ SimulatedMailbox::SimulatedMailbox(SimulatedNetwork& network, const std::string&
 void SimulatedMailbox::follow(ServerEnd& end, const std::string& command) {
     if (resetsAt.contains(command)) return end.reset();
     if (closesAt.contains(command)) return end.close();
-    if (!silentAt.contains(command)) end.send(answerTo(command), pieces);
+    if (!silentAt.contains(command)) end.send(answerTo(command));
 }
 
 std::string SimulatedMailbox::answerTo(const std::string& command) const {

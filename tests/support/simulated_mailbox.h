@@ -28,7 +28,6 @@ public:
     std::set<std::string> silentAt = {};              ///< commands that get no answer
     std::set<std::string> closesAt = {};              ///< commands at which the connection is closed
     std::set<std::string> resetsAt = {};              ///< commands at which the connection breaks
-    std::size_t pieces = 0;  ///< longest data event that an answer comes in; 0: one event
 
     /// All commands since the last call, over all sessions.
     std::vector<std::string> takeCommands();

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/text.h"
+
 namespace velmora {
 
 using std::chrono::milliseconds;
@@ -130,68 +132,70 @@ void SimulatedProgram::boxOpened(const std::shared_ptr<Box>& box) {
     if (box->kind == Box::Kind::message && box->buttons == BoxButtons::ok) box->reply(BoxAnswer::ok);
 }
 
-void SimulatedProgram::run(std::function<void(Program&)> what) {
-    ASSERT_FALSE(ended_) << "the program has ended";
+SimulatedProgram& SimulatedProgram::run(std::function<void(Program&)> what) {
+    if (ended_) throw std::logic_error("the program has ended");
     inbox_.emplace_back([this, what = std::move(what)] { what(program_); });
     machine_.settle();
+    return *this;
 }
 
-void SimulatedProgram::menu(const std::string& address) {
-    run([&](Program& program) { EXPECT_TRUE(Addresses(program.forms()).menu(address).click()) << address; });
+SimulatedProgram& SimulatedProgram::menu(const std::string& address) {
+    return run(
+        [&](Program& program) { EXPECT_TRUE(Addresses(program.forms()).menu(address).click()) << address; });
 }
 
-void SimulatedProgram::click(const std::string& address) {
-    run([&](Program& program) {
+SimulatedProgram& SimulatedProgram::click(const std::string& address) {
+    return run([&](Program& program) {
         EXPECT_TRUE(Addresses(program.forms()).control(address).click()) << address;
     });
 }
 
-void SimulatedProgram::type(const std::string& address, const std::string& text) {
-    run([&](Program& program) {
+SimulatedProgram& SimulatedProgram::type(const std::string& address, const std::string& text) {
+    return run([&](Program& program) {
         EXPECT_TRUE(Addresses(program.forms()).control(address).type(text)) << address;
     });
 }
 
-void SimulatedProgram::select(const std::string& address, int row) {
-    run([&](Program& program) {
+SimulatedProgram& SimulatedProgram::select(const std::string& address, int row) {
+    return run([&](Program& program) {
         EXPECT_TRUE(Addresses(program.forms()).control(address).select(row)) << address;
     });
 }
 
-void SimulatedProgram::clickCharacter(int button) {
-    run([&](Program&) { agent_.clicked({.button = button}); });
+SimulatedProgram& SimulatedProgram::clickCharacter(int button) {
+    return run([&](Program&) { agent_.clicked({.button = button}); });
 }
 
-void SimulatedProgram::doubleClickCharacter(int button) {
-    run([&](Program&) { agent_.doubleClicked({.button = button}); });
+SimulatedProgram& SimulatedProgram::doubleClickCharacter(int button) {
+    return run([&](Program&) { agent_.doubleClicked({.button = button}); });
 }
 
-void SimulatedProgram::clickTray(int button) {
-    run([&](Program&) { button == 1 ? tray_.onClick() : tray_.onRightClick(); });
+SimulatedProgram& SimulatedProgram::clickTray(int button) {
+    return run([&](Program&) { button == 1 ? tray_.onClick() : tray_.onRightClick(); });
 }
 
-void SimulatedProgram::say(const std::string& words) {
-    run([&](Program&) { agent_.say(words); });
+SimulatedProgram& SimulatedProgram::say(const std::string& words) {
+    return run([&](Program&) { agent_.say(words); });
 }
 
-void SimulatedProgram::command(const std::string& name, int confidence) {
-    run([&](Program&) { agent_.commanded({.Name = name, .Voice = {}, .Confidence = confidence}); });
+SimulatedProgram& SimulatedProgram::command(const std::string& name, int confidence) {
+    return run([&](Program&) { agent_.commanded({.Name = name, .Voice = {}, .Confidence = confidence}); });
 }
 
-void SimulatedProgram::close(const std::string& form) {
-    run([&](Program& program) { Addresses(program.forms()).loadedForm(form).close(); });
+SimulatedProgram& SimulatedProgram::close(const std::string& form) {
+    return run([&](Program& program) { Addresses(program.forms()).loadedForm(form).close(); });
 }
 
-void SimulatedProgram::answer(BoxAnswer answer) {
-    run([&](Program&) {
+SimulatedProgram& SimulatedProgram::answer(BoxAnswer answer) {
+    return run([&](Program&) {
         const auto box = boxes_.newest();
         ASSERT_NE(box, nullptr) << "no box waits for an answer";
         box->reply(answer);
     });
 }
 
-void SimulatedProgram::pick(std::optional<std::string> path) {
-    run([&](Program&) {
+SimulatedProgram& SimulatedProgram::pick(std::optional<std::string> path) {
+    return run([&](Program&) {
         const auto box = boxes_.newest();
         ASSERT_NE(box, nullptr) << "no dialog is open";
         box->reply(std::move(path));
@@ -203,21 +207,18 @@ std::string SimulatedProgram::value(const std::string& address) {
 }
 
 std::vector<std::string> SimulatedProgram::takeLines() {
-    std::vector<std::string> lines;
-    std::istringstream in(out_.str());
+    std::string text = out_.str();
     out_.str({});
-    for (std::string line; std::getline(in, line);) {
-        std::replace(line.begin(), line.end(), '\t', ' ');
-        lines.push_back(line);
-    }
-    return lines;
+    std::replace(text.begin(), text.end(), '\t', ' ');
+    const auto lines = splitLines(text);
+    return {lines.begin(), lines.end()};
 }
 
 std::vector<std::string> SimulatedProgram::takeSaid() {
-    std::vector<std::string> said;
-    std::istringstream in(out_.str());
+    const std::string text = out_.str();
     out_.str({});
-    for (std::string line; std::getline(in, line);) {
+    std::vector<std::string> said;
+    for (const std::string_view line : splitLines(text)) {
         const auto fields = splitFields(line, 3);
         if (fields[0] == "speak") said.push_back(fields[2]);
     }

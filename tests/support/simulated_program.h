@@ -45,26 +45,27 @@ public:
     SimulatedProgram(SimulatedMachine& machine, std::string folder);
     ~SimulatedProgram() override;
 
-    // What a person does. Each runs until nothing is due, and fails the test if a person could not do it.
-    void menu(const std::string& address);
-    void click(const std::string& address);
-    void type(const std::string& address, const std::string& text);
-    void select(const std::string& address, int row);
-    void clickCharacter(int button);
-    void doubleClickCharacter(int button);
-    void clickTray(int button);
+    // What a person does. Each runs until nothing is due, fails the test if a person could
+    // not do it, and gives this program again, for what follows.
+    SimulatedProgram& menu(const std::string& address);
+    SimulatedProgram& click(const std::string& address);
+    SimulatedProgram& type(const std::string& address, const std::string& text);
+    SimulatedProgram& select(const std::string& address, int row);
+    SimulatedProgram& clickCharacter(int button);
+    SimulatedProgram& doubleClickCharacter(int button);
+    SimulatedProgram& clickTray(int button);
     /// What a microphone would have heard.
-    void say(const std::string& words);
+    SimulatedProgram& say(const std::string& words);
     /// A command as it would come from a recognition, or with 0 from the character's list.
-    void command(const std::string& name, int confidence = 0);
-    void close(const std::string& form);
+    SimulatedProgram& command(const std::string& name, int confidence = 0);
+    SimulatedProgram& close(const std::string& form);
     /// Answers the newest box that waits.
-    void answer(BoxAnswer answer);
+    SimulatedProgram& answer(BoxAnswer answer);
     /// Chooses the path in the newest file dialog, or cancels it.
-    void pick(std::optional<std::string> path);
+    SimulatedProgram& pick(std::optional<std::string> path);
 
     /// Runs something inside the program, in a turn, until nothing is due.
-    void run(std::function<void(Program&)> what);
+    SimulatedProgram& run(std::function<void(Program&)> what);
 
     /// What the program has done since the last call, in the lines of the terminal host, blanks for TABs.
     std::vector<std::string> takeLines();
@@ -75,8 +76,6 @@ public:
     bool ended() const { return ended_; }
     SimulatedStage& stage() { return *stage_; }
     TerminalPointer& pointer() { return pointer_; }
-    Inets& inets() { return inets_; }
-    Loop& loop() { return loop_; }
 
 private:
     friend class SimulatedMachine;
@@ -93,7 +92,6 @@ private:
     void resume();
     void giveBaton(bool toProgram);
     void live();
-    Platform platform();
 
     SimulatedMachine& machine_;
     std::string folder_;

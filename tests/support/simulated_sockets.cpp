@@ -8,28 +8,6 @@ namespace {
 
 constexpr std::size_t longestDatagram = 65507;
 
-/// Data that has been raised and not been read.
-class Unread {
-public:
-    std::size_t add(std::string data) {
-        bytes_ += data.size();
-        pieces_.push_back(std::move(data));
-        return bytes_;
-    }
-    std::string take() {
-        if (pieces_.empty()) return {};
-        std::string data = std::move(pieces_.front());
-        pieces_.pop_front();
-        bytes_ -= data.size();
-        return data;
-    }
-    void clear() { *this = {}; }
-
-private:
-    std::deque<std::string> pieces_;
-    std::size_t bytes_ = 0;
-};
-
 }  // namespace
 
 void ServerEnd::send(std::string_view data, std::size_t pieces) {
@@ -56,12 +34,6 @@ void ServerEnd::connected() {
 
 void ServerEnd::arrived(std::string data) {
     if (script_->onData && !closed_) script_->onData(*this, data);
-}
-
-void ServerEnd::ended() {
-    if (closed_) return;
-    closed_ = true;
-    if (script_->onClose) script_->onClose(*this);
 }
 
 void SimulatedNetwork::serve(const std::string& host, std::uint16_t port, ServerEnd::Script script) {
@@ -144,7 +116,9 @@ public:
     std::string GetData() override {
         if (state_ == SocketState::closed || state_ == SocketState::listening)
             throw Failure(errors::wrongSocketState);
-        std::string data = unread_.take();
+        if (unread_.empty()) return {};
+        std::string data = std::move(unread_.front());
+        unread_.pop_front();
         if (data.size() > network().memory) throw Failure(errors::outOfStackSpace);
         return data;
     }
@@ -189,7 +163,9 @@ private:
     void begin() { end_ = std::make_shared<End>(*this); }
 
     void raiseData(std::string data) {
-        const std::size_t unread = unread_.add(std::move(data));
+        unread_.push_back(std::move(data));
+        std::size_t unread = 0;
+        for (const std::string& piece : unread_) unread += piece.size();
         if (events.DataArrival) events.DataArrival(unread);
     }
 
@@ -208,10 +184,9 @@ private:
     }
 
     void call() {
-        if (network().swallowsCalls) return;
         const SimulatedNetwork::Port port{RemoteHost, RemotePort};
         if (const auto server = network().servers_.find(port); server != network().servers_.end()) {
-            auto other = std::make_shared<ServerEnd>(server->second, end_, address());
+            auto other = std::make_shared<ServerEnd>(server->second, end_);
             network().serverEnds_.push_back(other);
             established(other);
             other->connected();
@@ -254,7 +229,7 @@ private:
     std::string remote_;
     std::uint16_t listenedAt_ = 0;
     std::optional<SimulatedNetwork::Pair> pair_;
-    Unread unread_;
+    std::deque<std::string> unread_;  ///< raised and not read, a piece for each event
 };
 
 class SimulatedUdp : public UdpWinsock {

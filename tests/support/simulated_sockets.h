@@ -38,12 +38,9 @@ public:
     struct Script {
         std::function<void(ServerEnd&)> onConnect = {};
         std::function<void(ServerEnd&, const std::string&)> onData = {};
-        std::function<void(ServerEnd&)> onClose = {};
     };
-    ServerEnd(std::shared_ptr<const Script> script, std::weak_ptr<NetworkEnd> caller, std::string callerIp)
-        : RemoteHostIP(std::move(callerIp)), script_(std::move(script)), caller_(std::move(caller)) {}
-
-    const std::string RemoteHostIP;
+    ServerEnd(std::shared_ptr<const Script> script, std::weak_ptr<NetworkEnd> caller)
+        : script_(std::move(script)), caller_(std::move(caller)) {}
 
     /// One data event at the caller, or with `pieces` as many as it takes of at most that many bytes.
     void send(std::string_view data, std::size_t pieces = 0);
@@ -54,7 +51,7 @@ public:
 
     void connected();
     void arrived(std::string data) override;
-    void ended() override;
+    void ended() override { closed_ = true; }
     void broken(long) override { ended(); }
 
 private:
@@ -75,8 +72,6 @@ public:
     /// The connections to scripted servers, in the order of connecting.
     const std::vector<std::shared_ptr<ServerEnd>>& serverEnds() const { return serverEnds_; }
 
-    /// No connection attempt is answered while this is set: neither `Connect` nor `Error` follows.
-    bool swallowsCalls = false;
     /// The longest data event that there is memory for.
     std::size_t memory = static_cast<std::size_t>(-1);
 

@@ -15,7 +15,12 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto startTime = 20s;
-constexpr std::uint8_t eventKind = 0x7f;
+
+/// The event, if it is of that kind.
+template <class Notify>
+const Notify* as(const xcb_generic_event_t& event, int kind) {
+    return (event.response_type & 0x7f) == kind ? reinterpret_cast<const Notify*>(&event) : nullptr;
+}
 
 }  // namespace
 
@@ -53,43 +58,33 @@ void XScreen::waitForWindowManager(ChildProcess::Clock::time_point deadline) {
     if (!reply) throw std::runtime_error("the screen does not answer");
     for (;;) {
         const auto event = nextEvent(deadline);
-        if ((event->response_type & eventKind) != XCB_PROPERTY_NOTIFY) continue;
-        if (reinterpret_cast<const xcb_property_notify_event_t*>(event.get())->atom == reply->atom) return;
+        const auto* changed = as<xcb_property_notify_event_t>(*event, XCB_PROPERTY_NOTIFY);
+        if (changed && changed->atom == reply->atom) return;
     }
 }
 
 xcb_window_t XScreen::waitForPopup(ChildProcess::Clock::time_point deadline) {
     for (;;) {
         const auto event = nextEvent(deadline);
-        if ((event->response_type & eventKind) != XCB_MAP_NOTIFY) continue;
-        const auto* mapped = reinterpret_cast<const xcb_map_notify_event_t*>(event.get());
-        if (mapped->override_redirect != 0 && isVelmoras(mapped->window)) return mapped->window;
+        const auto* mapped = as<xcb_map_notify_event_t>(*event, XCB_MAP_NOTIFY);
+        if (mapped && mapped->override_redirect != 0 && isVelmoras(mapped->window)) return mapped->window;
     }
 }
 
 void XScreen::waitForEndOf(xcb_window_t window, ChildProcess::Clock::time_point deadline) {
     for (;;) {
         const auto event = nextEvent(deadline);
-        switch (event->response_type & eventKind) {
-            case XCB_UNMAP_NOTIFY:
-                if (reinterpret_cast<const xcb_unmap_notify_event_t*>(event.get())->window == window) return;
-                break;
-            case XCB_DESTROY_NOTIFY:
-                if (reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window == window)
-                    return;
-                break;
-            default:
-                break;
-        }
+        const auto* unmapped = as<xcb_unmap_notify_event_t>(*event, XCB_UNMAP_NOTIFY);
+        const auto* destroyed = as<xcb_destroy_notify_event_t>(*event, XCB_DESTROY_NOTIFY);
+        if ((unmapped && unmapped->window == window) || (destroyed && destroyed->window == window)) return;
     }
 }
 
 void XScreen::waitForWindowAt(int x, int y, ChildProcess::Clock::time_point deadline) {
     for (;;) {
         const auto event = nextEvent(deadline);
-        if ((event->response_type & eventKind) != XCB_CONFIGURE_NOTIFY) continue;
-        const auto* placed = reinterpret_cast<const xcb_configure_notify_event_t*>(event.get());
-        if (placed->x == x && placed->y == y) return;
+        const auto* placed = as<xcb_configure_notify_event_t>(*event, XCB_CONFIGURE_NOTIFY);
+        if (placed && placed->x == x && placed->y == y) return;
     }
 }
 
