@@ -134,7 +134,9 @@ void reportTimes(agent::Recogniser& recogniser) {
     }
 }
 
-void benchHearing(const std::filesystem::path&) {
+}  // namespace
+
+void velmora::bench::benchmark(const std::filesystem::path&) {
     CommandCollection collection;
     InitCommands(collection, {});
     std::vector<std::string> grammars;
@@ -150,10 +152,4 @@ void benchHearing(const std::filesystem::path&) {
            "once, before the first phrase");
     reportRates(*recogniser, names);
     reportTimes(*recogniser);
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    return runBenchmark(argc, argv, benchHearing);
 }
