@@ -32,16 +32,19 @@ bool endsWithProgram(std::string_view line) {
 }  // namespace
 
 CookieJar::CookieJar(Files& files, std::string path)
-    : files_(files), path_(std::move(path)), share_(curl_share_init()), keeper_(curl_easy_init()) {
-    curl_share_setopt(share_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
-    curl_easy_setopt(keeper_.get(), CURLOPT_SHARE, share_.get());
-    curl_easy_setopt(keeper_.get(), CURLOPT_COOKIEFILE, "");
+    : files_(files),
+      path_(std::move(path)),
+      share_(curlLibrary().shareInit()),
+      keeper_(curlLibrary().easyInit()) {
+    curlLibrary().shareSetopt(share_.get(), CURLSHOPT_SHARE, CURL_LOCK_DATA_COOKIE);
+    curlLibrary().easySetopt(keeper_.get(), CURLOPT_SHARE, share_.get());
+    curlLibrary().easySetopt(keeper_.get(), CURLOPT_COOKIEFILE, "");
     passOver([this] {
         const std::string text = files_.read(path_);
         if (text.size() > largestFile) return;
         for (const std::string_view line : splitLines(text)) {
             if (isCookie(line))
-                curl_easy_setopt(keeper_.get(), CURLOPT_COOKIELIST, std::string(line).c_str());
+                curlLibrary().easySetopt(keeper_.get(), CURLOPT_COOKIELIST, std::string(line).c_str());
         }
     });
     saved_ = lasting();
@@ -49,7 +52,7 @@ CookieJar::CookieJar(Files& files, std::string path)
 
 std::string CookieJar::lasting() const {
     curl_slist* first = nullptr;
-    curl_easy_getinfo(keeper_.get(), CURLINFO_COOKIELIST, &first);
+    curlLibrary().easyGetinfo(keeper_.get(), CURLINFO_COOKIELIST, &first);
     const List cookies(first);
     std::string text;
     std::size_t count = 0;

@@ -41,9 +41,9 @@ long failureOf(CURLcode code) {
 }  // namespace
 
 Transfer::Transfer(const std::string& address, CURLSH* share, Limits limits, Listener listener)
-    : easy_(curl_easy_init()), limits_(limits), listener_(std::move(listener)) {
+    : easy_(curlLibrary().easyInit()), limits_(limits), listener_(std::move(listener)) {
     const auto set = [easy = easy_.get()](CURLoption option, auto value) {
-        curl_easy_setopt(easy, option, value);
+        curlLibrary().easySetopt(easy, option, value);
     };
     set(CURLOPT_URL, address.c_str());
     set(CURLOPT_PATH_AS_IS, 1L);
@@ -86,7 +86,7 @@ bool Transfer::takeBody(std::string_view data) {
     if (data.size() > limits_.body - outcome_.body.size()) return false;
     if (outcome_.body.empty()) {
         curl_off_t announced = 0;
-        curl_easy_getinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+        curlLibrary().easyGetinfo(handle(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
         if (announced > 0) outcome_.body.reserve(std::min(limits_.body, static_cast<std::size_t>(announced)));
     }
     outcome_.body.append(data);
@@ -135,8 +135,8 @@ int Transfer::onTraffic(CURL*, curl_infotype kind, char*, std::size_t, void* tra
 void Transfer::takeHeaders() {
     const curl_header* header = nullptr;
     constexpr int lastRequest = -1;
-    while ((header = curl_easy_nextheader(handle(), CURLH_HEADER, lastRequest,
-                                          const_cast<curl_header*>(header))) != nullptr) {
+    while ((header = curlLibrary().easyNextheader(handle(), CURLH_HEADER, lastRequest,
+                                                  const_cast<curl_header*>(header))) != nullptr) {
         outcome_.headers.emplace_back(header->name, header->value);
     }
 }

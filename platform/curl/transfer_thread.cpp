@@ -1,29 +1,28 @@
 #include "platform/curl/transfer_thread.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
+
+#include "base/failure.h"
 
 namespace velmora::curl {
 
 using std::chrono::milliseconds;
 
 TransferThread::TransferThread(Files& files, std::string jar, Limits limits)
-    : files_(files), jar_(std::move(jar)), limits_(limits) {
-    curl_global_init(CURL_GLOBAL_DEFAULT);  // counts its calls
-    multi_.reset(curl_multi_init());
-}
+    : files_(files), jar_(std::move(jar)), limits_(limits) {}
 
 TransferThread::~TransferThread() {
-    if (thread_.joinable()) {
-        {
-            const std::lock_guard lock(mutex_);
-            stopping_ = true;
-        }
-        curl_multi_wakeup(multi_.get());
-        thread_.join();
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        if (multi_) curlLibrary().multiWakeup(multi_.get());
     }
+    if (thread_.joinable()) thread_.join();
+    if (!multi_) return;
     multi_.reset();
-    curl_global_cleanup();
+    curlLibrary().globalCleanup();
 }
 
 TransferThread::Id TransferThread::begin(std::string address, Listener listener) {
@@ -37,27 +36,50 @@ void TransferThread::cancel(Id id) {
 }
 
 void TransferThread::give(Order order) {
-    {
-        const std::lock_guard lock(mutex_);
-        orders_.push_back(std::move(order));
-    }
-    if (thread_.joinable()) {
-        curl_multi_wakeup(multi_.get());
-    } else {
+    const std::lock_guard lock(mutex_);
+    orders_.push_back(std::move(order));
+    if (multi_) {
+        curlLibrary().multiWakeup(multi_.get());
+    } else if (!opening_) {
+        opening_ = true;
+        if (thread_.joinable()) thread_.join();  // it had no library
         thread_ = std::thread([this] { run(); });
     }
 }
 
+bool TransferThread::open() {
+    std::vector<Order> refused;
+    try {
+        curlLibrary().globalInit(CURL_GLOBAL_DEFAULT);  // counts its calls
+        Multi multi(curlLibrary().multiInit());
+        const std::lock_guard lock(mutex_);
+        multi_ = std::move(multi);
+        return true;
+    } catch (const std::runtime_error&) {
+        const std::lock_guard lock(mutex_);
+        refused = std::exchange(orders_, {});
+        opening_ = false;
+    }
+    Outcome outcome;
+    outcome.failure = errors::transferNotConnected;
+    for (const Order& order : refused) {
+        if (order.listener.finished) order.listener.finished(outcome);
+    }
+    return false;
+}
+
 void TransferThread::run() {
+    if (!open()) return;
     CookieJar jar(files_, jar_);
     while (takeOrders(jar)) {
         int running = 0;
-        curl_multi_perform(multi_.get(), &running);
+        curlLibrary().multiPerform(multi_.get(), &running);
         finishDone(jar);
         finishSilent();
-        curl_multi_poll(multi_.get(), nullptr, 0, pause(), nullptr);
+        curlLibrary().multiPoll(multi_.get(), nullptr, 0, pause(), nullptr);
     }
-    for (const auto& [id, transfer] : transfers_) curl_multi_remove_handle(multi_.get(), transfer->handle());
+    for (const auto& [id, transfer] : transfers_)
+        curlLibrary().multiRemoveHandle(multi_.get(), transfer->handle());
     transfers_.clear();
     jar.save();
 }
@@ -73,10 +95,10 @@ bool TransferThread::takeOrders(CookieJar& jar) {
         if (!order.address.empty()) {
             auto transfer =
                 std::make_unique<Transfer>(order.address, jar.share(), limits_, std::move(order.listener));
-            curl_multi_add_handle(multi_.get(), transfer->handle());
+            curlLibrary().multiAddHandle(multi_.get(), transfer->handle());
             transfers_.emplace(order.id, std::move(transfer));
         } else if (const auto found = transfers_.find(order.id); found != transfers_.end()) {
-            curl_multi_remove_handle(multi_.get(), found->second->handle());
+            curlLibrary().multiRemoveHandle(multi_.get(), found->second->handle());
             transfers_.erase(found);
         }
     }
@@ -85,7 +107,7 @@ bool TransferThread::takeOrders(CookieJar& jar) {
 
 void TransferThread::finishDone(CookieJar& jar) {
     int left = 0;
-    while (const CURLMsg* message = curl_multi_info_read(multi_.get(), &left)) {
+    while (const CURLMsg* message = curlLibrary().multiInfoRead(multi_.get(), &left)) {
         if (message->msg != CURLMSG_DONE) continue;
         const CURLcode code = message->data.result;  // the message goes with the handle
         const auto done = std::ranges::find_if(
@@ -107,7 +129,7 @@ void TransferThread::finishSilent() {
 
 void TransferThread::finish(Id id, CURLcode code) {
     const auto entry = transfers_.extract(id);
-    curl_multi_remove_handle(multi_.get(), entry.mapped()->handle());
+    curlLibrary().multiRemoveHandle(multi_.get(), entry.mapped()->handle());
     entry.mapped()->finish(code);
 }
 

@@ -40,6 +40,7 @@ private:
     };
 
     void give(Order order);
+    bool open();
     void run();
     bool takeOrders(CookieJar& jar);
     void finishDone(CookieJar& jar);
@@ -55,8 +56,9 @@ private:
     std::mutex mutex_;
     std::vector<Order> orders_;
     bool stopping_ = false;
-
+    bool opening_ = false;  ///< a thread runs that has the library, or is loading it
     Multi multi_;
+
     std::map<Id, std::unique_ptr<Transfer>> transfers_;  // the thread's
     std::thread thread_;
 };
