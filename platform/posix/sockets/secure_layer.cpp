@@ -1,12 +1,9 @@
 #include "platform/posix/sockets/secure_layer.h"
 
-#include <openssl/bio.h>
-#include <openssl/err.h>
-#include <openssl/x509v3.h>
-
 #include <array>
 #include <limits>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "platform/posix/sockets/address.h"
@@ -18,8 +15,8 @@ constexpr std::size_t longestLine = 4096;
 constexpr std::string_view positive = "+OK";
 
 std::string lastLibraryError() {
-    const unsigned long code = ERR_get_error();
-    const char* reason = code != 0 ? ERR_reason_error_string(code) : nullptr;
+    const unsigned long code = tlsLibrary().errGetError();
+    const char* reason = code != 0 ? tlsLibrary().errReasonErrorString(code) : nullptr;
     return reason != nullptr ? reason : "no reason given";
 }
 
@@ -32,7 +29,8 @@ Passage refused(std::string reason) {
 void give(BIO* bio, std::string_view bytes) {
     constexpr std::size_t most = std::numeric_limits<int>::max();
     while (!bytes.empty()) {
-        const auto count = BIO_write(bio, bytes.data(), static_cast<int>(std::min(bytes.size(), most)));
+        const auto count =
+            tlsLibrary().bioWrite(bio, bytes.data(), static_cast<int>(std::min(bytes.size(), most)));
         if (count <= 0) throw std::bad_alloc();
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
@@ -59,11 +57,11 @@ Passage SecureLayer::arrived(std::string_view bytes) {
 }
 
 Passage SecureLayer::leaving(std::string_view bytes) {
-    ERR_clear_error();
+    tlsLibrary().errClearError();
     Passage passage;
     if (!bytes.empty()) {
         std::size_t written = 0;
-        if (SSL_write_ex(session_.get(), bytes.data(), bytes.size(), &written) != 1)
+        if (tlsLibrary().sslWriteEx(session_.get(), bytes.data(), bytes.size(), &written) != 1)
             return refused(lastLibraryError());
     }
     passage.toPeer = takeOutgoing();
@@ -91,41 +89,47 @@ Passage SecureLayer::line(std::string_view bytes) {
 
 /// False if the library refuses, whatever its reason.
 bool SecureLayer::prepare() {
-    context_.reset(SSL_CTX_new(TLS_client_method()));
+    context_.reset(tlsLibrary().sslCtxNew(tlsLibrary().tlsClientMethod()));
     if (!context_) return false;
-    SSL_CTX_set_min_proto_version(context_.get(), TLS1_2_VERSION);
-    SSL_CTX_set_verify(context_.get(), SSL_VERIFY_PEER, nullptr);
-    if (SSL_CTX_set_default_verify_paths(context_.get()) != 1) return false;
-    session_.reset(SSL_new(context_.get()));
+    tlsLibrary().sslCtxCtrl(context_.get(), SSL_CTRL_SET_MIN_PROTO_VERSION, TLS1_2_VERSION, nullptr);
+    tlsLibrary().sslCtxSetVerify(context_.get(), SSL_VERIFY_PEER, nullptr);
+    if (tlsLibrary().sslCtxSetDefaultVerifyPaths(context_.get()) != 1) return false;
+    session_.reset(tlsLibrary().sslNew(context_.get()));
     if (!session_) return false;
-    incoming_ = BIO_new(BIO_s_mem());
-    outgoing_ = BIO_new(BIO_s_mem());
-    SSL_set_bio(session_.get(), incoming_, outgoing_);
+    incoming_ = tlsLibrary().bioNew(tlsLibrary().bioSMem());
+    outgoing_ = tlsLibrary().bioNew(tlsLibrary().bioSMem());
+    tlsLibrary().sslSetBio(session_.get(), incoming_, outgoing_);
     if (incoming_ == nullptr || outgoing_ == nullptr || !expectHost()) return false;
-    SSL_set_connect_state(session_.get());
+    tlsLibrary().sslSetConnectState(session_.get());
     return true;
 }
 
 /// What the certificate has to be made out to.
 bool SecureLayer::expectHost() {
     if (Address::parse(host_, 0))
-        return X509_VERIFY_PARAM_set1_ip_asc(SSL_get0_param(session_.get()), host_.c_str()) == 1;
-    return SSL_set1_host(session_.get(), host_.c_str()) == 1 &&
-           SSL_set_tlsext_host_name(session_.get(), host_.c_str()) == 1;
+        return tlsLibrary().x509VerifyParamSet1IpAsc(tlsLibrary().sslGet0Param(session_.get()),
+                                                     host_.c_str()) == 1;
+    return tlsLibrary().sslSet1Host(session_.get(), host_.c_str()) == 1 &&
+           tlsLibrary().sslCtrl(session_.get(), SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name,
+                                const_cast<char*>(host_.c_str())) == 1;
 }
 
 Passage SecureLayer::startHandshake() {
     state_ = State::handshake;
-    ERR_clear_error();
+    try {
+        tlsLibrary().errClearError();
+    } catch (const std::runtime_error& failure) {
+        return refused(failure.what());
+    }
     if (!prepare()) return refused(lastLibraryError());
     return shakeHands();
 }
 
 Passage SecureLayer::shakeHands() {
-    ERR_clear_error();
+    tlsLibrary().errClearError();
     Passage passage;
-    const int result = SSL_do_handshake(session_.get());
-    if (result != 1 && SSL_get_error(session_.get(), result) != SSL_ERROR_WANT_READ) {
+    const int result = tlsLibrary().sslDoHandshake(session_.get());
+    if (result != 1 && tlsLibrary().sslGetError(session_.get(), result) != SSL_ERROR_WANT_READ) {
         state_ = State::over;
         return refused(refusal());
     }
@@ -140,21 +144,22 @@ Passage SecureLayer::shakeHands() {
 }
 
 std::string SecureLayer::refusal() const {
-    const long verified = SSL_get_verify_result(session_.get());
+    const long verified = tlsLibrary().sslGetVerifyResult(session_.get());
     if (verified == X509_V_OK) return lastLibraryError();
-    return std::string("the certificate does not hold: ").append(X509_verify_cert_error_string(verified));
+    return std::string("the certificate does not hold: ")
+        .append(tlsLibrary().x509VerifyCertErrorString(verified));
 }
 
 void SecureLayer::readInto(Passage& passage) {
     constexpr std::size_t record = 16384;
     std::array<char, record> part;
     for (;;) {
-        ERR_clear_error();
+        tlsLibrary().errClearError();
         std::size_t count = 0;
-        const int result = SSL_read_ex(session_.get(), part.data(), part.size(), &count);
+        const int result = tlsLibrary().sslReadEx(session_.get(), part.data(), part.size(), &count);
         if (result != 1) {
             // A record that is broken off, or no record at all, ends the connection like its regular end.
-            passage.ended = SSL_get_error(session_.get(), result) != SSL_ERROR_WANT_READ;
+            passage.ended = tlsLibrary().sslGetError(session_.get(), result) != SSL_ERROR_WANT_READ;
             if (passage.ended) state_ = State::over;
             return;
         }
@@ -163,8 +168,8 @@ void SecureLayer::readInto(Passage& passage) {
 }
 
 std::string SecureLayer::takeOutgoing() {
-    std::string bytes(BIO_ctrl_pending(outgoing_), '\0');
-    if (!bytes.empty()) BIO_read(outgoing_, bytes.data(), static_cast<int>(bytes.size()));
+    std::string bytes(tlsLibrary().bioCtrlPending(outgoing_), '\0');
+    if (!bytes.empty()) tlsLibrary().bioRead(outgoing_, bytes.data(), static_cast<int>(bytes.size()));
     return bytes;
 }
 

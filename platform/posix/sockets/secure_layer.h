@@ -1,12 +1,11 @@
 #pragma once
 
-#include <openssl/ssl.h>
-
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "platform/posix/sockets/layer.h"
+#include "platform/posix/sockets/tls_library.h"
 
 namespace velmora::sockets {
 
@@ -42,8 +41,13 @@ private:
     State state_;
     std::string line_;
     std::string greeting_;
-    std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> context_{nullptr, SSL_CTX_free};
-    std::unique_ptr<SSL, decltype(&SSL_free)> session_{nullptr, SSL_free};
+    struct Free {
+        void operator()(SSL_CTX* context) const { tlsLibrary().sslCtxFree(context); }
+        void operator()(SSL* session) const { tlsLibrary().sslFree(session); }
+    };
+
+    std::unique_ptr<SSL_CTX, Free> context_;
+    std::unique_ptr<SSL, Free> session_;
     BIO* incoming_ = nullptr;  ///< these two are the session's
     BIO* outgoing_ = nullptr;
 };
