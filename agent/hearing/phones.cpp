@@ -67,6 +67,7 @@ std::optional<Phone> phoneNamed(std::string_view name) {
 const std::vector<std::string_view>& phoneNames() {
     static const std::vector<std::string_view> names = [] {
         std::vector<std::string_view> all;
+        all.reserve(sounds.size());
         for (const Sound& sound : sounds) all.push_back(sound.name);
         return all;
     }();

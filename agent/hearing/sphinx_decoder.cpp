@@ -32,8 +32,8 @@ struct Free {
     void operator()(ngram_model_t* model) const { ngram_model_free(model); }
 };
 
-std::string soundWord(Phone phone) {
-    return std::string(soundPrefix).append(phoneNames().at(phone));
+std::string soundWord(std::string_view sound) {
+    return std::string(soundPrefix).append(sound);
 }
 
 /// The name under which the decoder knows a word of a command: unlike any other word, and free of whatever a
@@ -141,8 +141,7 @@ public:
     }
 
     void addAnySounds(std::size_t state, double natural) {
-        for (Phone phone = 0; phone < phoneNames().size(); ++phone)
-            addWord(state, state, soundWord(phone), natural);
+        for (const std::string_view sound : phoneNames()) addWord(state, state, soundWord(sound), natural);
     }
 
     bool set() {
@@ -198,9 +197,9 @@ public:
         err_set_logfp(nullptr);
         if (!commands_.load(model, wide) || !words_.load(model, narrow) || !sounds_.load(model, wide))
             return false;
-        for (Phone phone = 0; phone < phoneNames().size(); ++phone) {
+        for (const std::string_view sound : phoneNames()) {
             for (Engine* engine : {&commands_, &sounds_})
-                engine->add(soundWord(phone), {{phone}}, {.kind = HeardPiece::Kind::sound});
+                engine->add(soundWord(sound), {readPhones(sound)}, {.kind = HeardPiece::Kind::sound});
         }
         for (std::size_t command = 0; command < commands.size(); ++command) {
             const auto& arcs = commands[command].arcs;
