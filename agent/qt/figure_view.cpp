@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "agent/qt/qt_character.h"
+#include "agent/qt/wake_timer.h"
 
 namespace agent {
 
@@ -25,14 +26,7 @@ FigureView::FigureView(Rig rig, std::unique_ptr<PartArt> art,
       performer_({.rig = rig_,
                   .display = *this,
                   .now = [this] { return Milliseconds(clock_.elapsed()); },
-                  .wake =
-                      [this](std::optional<Milliseconds> after) {
-                          if (after) {
-                              wake_.start(*after);
-                          } else {
-                              wake_.stop();
-                          }
-                      },
+                  .wake = wakeBy(wake_),
                   .pick = std::move(pick)}),
       queue_(performer_, post()) {
     clock_.start();

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "agent/qt/package_reader.h"
+#include "agent/qt/wake_timer.h"
 
 namespace agent {
 namespace {
@@ -61,14 +62,7 @@ QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
       performer_({.rig = rig_,
                   .display = *this,
                   .now = [this] { return Milliseconds(clock_.elapsed()); },
-                  .wake =
-                      [this](std::optional<Milliseconds> after) {
-                          if (after) {
-                              wake_.start(*after);
-                          } else {
-                              wake_.stop();
-                          }
-                      },
+                  .wake = wakeBy(wake_),
                   .pick = std::move(options.pick)}) {
     clock_.start();
     wake_.setSingleShot(true);

@@ -8,9 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <condition_variable>
 #include <cstdlib>
-#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -24,44 +22,16 @@
 #include "agent/voice/ssml.h"
 #include "agent/voice/synthesis_ahead.h"
 #include "agent/voice/synthesizer.h"
+#include "tests/support/posted_steps.h"
 
 namespace {
 
 using namespace agent;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
+using velmora::PostedSteps;
 
 const auto never = [] { return false; };
-
-// The caller's event loop.
-class Loop {
-public:
-    Post post() {
-        return [this](std::function<void()> step) {
-            const std::lock_guard lock(mutex_);
-            steps_.push_back(std::move(step));
-            arrived_.notify_all();
-        };
-    }
-
-    // False: nothing came for long.
-    bool runUntil(const std::function<bool()>& condition) {
-        while (!condition()) {
-            std::unique_lock lock(mutex_);
-            if (!arrived_.wait_for(lock, 20s, [this] { return !steps_.empty(); })) return false;
-            const auto step = std::move(steps_.front());
-            steps_.pop_front();
-            lock.unlock();
-            step();
-        }
-        return true;
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable arrived_;
-    std::deque<std::function<void()>> steps_;
-};
 
 struct Heard {
     std::vector<std::size_t> words;
@@ -202,7 +172,7 @@ TEST(Flite, AVoiceThatIsNotThereIsTheFallback) {
 }
 
 TEST(Voice, TellsEveryWordAndTheEndWithoutASoundDevice) {
-    Loop loop;
+    PostedSteps loop;
     Heard heard;
     const auto voice = makeVoice({.name = {}, .rate = 450, .pitch = {}, .device = "none"}, {}, loop.post());
     voice->speak(parseSpeech("Good day to you."), heard.events());
@@ -212,7 +182,7 @@ TEST(Voice, TellsEveryWordAndTheEndWithoutASoundDevice) {
 }
 
 TEST(Voice, AStoppedLineTellsNothingMoreAndTheNextIsSaid) {
-    Loop loop;
+    PostedSteps loop;
     Heard first;
     Heard second;
     const auto voice = makeVoice({.name = {}, .rate = 450, .pitch = {}, .device = "none"}, {}, loop.post());
@@ -228,7 +198,7 @@ TEST(Voice, AStoppedLineTellsNothingMoreAndTheNextIsSaid) {
 }
 
 TEST(Voice, AnEmptyLineEndsAtOnce) {
-    Loop loop;
+    PostedSteps loop;
     Heard heard;
     const auto voice = makeVoice({.name = {}, .rate = {}, .pitch = {}, .device = "none"}, {}, loop.post());
     voice->speak({}, heard.events());
@@ -237,7 +207,7 @@ TEST(Voice, AnEmptyLineEndsAtOnce) {
 
 TEST(Voice, WritesAllThatIsSaidIntoOneWaveFile) {
     const auto path = std::filesystem::path(testing::TempDir()) / "voice_test.wav";
-    Loop loop;
+    PostedSteps loop;
     Heard first;
     Heard second;
     const auto voice =
@@ -277,7 +247,7 @@ TEST(WavSink, ForgetsWhatWasNotHeardAndGoesOnBehindTheRest) {
 }
 
 TEST(Voice, AWaveFileThatCannotBeWrittenLeavesTheLineSilent) {
-    Loop loop;
+    PostedSteps loop;
     Heard heard;
     const auto voice = makeVoice({.name = {}, .rate = 450, .pitch = {}, .device = "file:/nowhere/at/all.wav"},
                                  {}, loop.post());
@@ -293,7 +263,7 @@ SpokenLine hugeLine() {
 }
 
 TEST(Voice, AMegabyteIsBegunAtOnceAndStopsAtOnce) {
-    Loop loop;
+    PostedSteps loop;
     Heard heard;
     Heard next;
     const auto voice = makeVoice({.name = {}, .rate = 450, .pitch = {}, .device = "none"}, {}, loop.post());
@@ -340,7 +310,7 @@ TEST(SynthesisAhead, KeepsAFewSecondsOfALineHoweverLongItIs) {
 }
 
 TEST(Voice, PassesBookmarksAndPausesInTheirPlaces) {
-    Loop loop;
+    PostedSteps loop;
     std::string told;
     const auto voice = makeVoice({.name = {}, .rate = 450, .pitch = {}, .device = "none"}, {}, loop.post());
     bool ended = false;
@@ -399,7 +369,7 @@ TEST(DeviceThread, LeavesTheTimeToTheClockWhereThereIsNoDevice) {
 }
 
 TEST(Voice, ALineOnADeviceThatHangsEndsInTimeAndASoundlessOneFollows) {
-    Loop loop;
+    PostedSteps loop;
     std::promise<void> release;
     const std::shared_future<void> released = release.get_future().share();
     Heard first;

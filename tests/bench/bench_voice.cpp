@@ -1,11 +1,8 @@
 // How soon a voice begins, how soon it falls silent, and how far words and mouth are from the sound.
 
 #include <algorithm>
-#include <condition_variable>
 #include <cstdlib>
 #include <ctime>
-#include <deque>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -15,10 +12,12 @@
 #include "agent/voice/speech_worker.h"
 #include "agent/voice/voice.h"
 #include "tests/bench/benchmark.h"
+#include "tests/support/posted_steps.h"
 
 namespace {
 
 using namespace agent;
+using velmora::PostedSteps;
 using namespace velmora::bench;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
@@ -31,33 +30,9 @@ double milliseconds(Clock::duration time) {
     return std::chrono::duration<double, std::milli>(time).count();
 }
 
-// The caller's event loop.
-class Loop {
-public:
-    Post post() {
-        return [this](std::function<void()> step) {
-            const std::lock_guard lock(mutex_);
-            steps_.push_back(std::move(step));
-            arrived_.notify_all();
-        };
-    }
-    void runUntil(const std::function<bool()>& condition) {
-        while (!condition()) {
-            std::unique_lock lock(mutex_);
-            if (!arrived_.wait_for(lock, 30s, [this] { return !steps_.empty(); }))
-                throw std::runtime_error("the voice is stuck");
-            const auto step = std::move(steps_.front());
-            steps_.pop_front();
-            lock.unlock();
-            step();
-        }
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable arrived_;
-    std::deque<std::function<void()>> steps_;
-};
+void runUntil(PostedSteps& loop, const std::function<bool()>& condition) {
+    if (!loop.runUntil(condition)) throw std::runtime_error("the voice is stuck");
+}
 
 // What a device was asked, and when.
 struct Record {
@@ -103,14 +78,14 @@ OpenSink recorded(Record& record, bool sound) {
 void firstSample(const std::string& name, bool sound) {
     std::vector<double> times;
     Record record;
-    Loop loop;
+    PostedSteps loop;
     const auto voice = makeVoice({.name = name, .fallback = name}, recorded(record, sound), loop.post());
     for (int run = -1; run < runs; ++run) {
         record = {};
         bool begun = false;
         const auto start = Clock::now();
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t) { begun = true; }});
-        loop.runUntil([&] { return begun; });
+        runUntil(loop, [&] { return begun; });
         // The first run loads the engine.
         if (run >= 0) times.push_back(milliseconds(record.firstSample - start));
     }
@@ -151,19 +126,19 @@ void workToBegin(const std::string& name) {
 void stopping(bool sound) {
     std::vector<double> times;
     Record record;
-    Loop loop;
+    PostedSteps loop;
     const auto voice =
         makeVoice({.name = "en-us", .fallback = "en-us"}, recorded(record, sound), loop.post());
     for (int run = 0; run < runs; ++run) {
         record = {};
         bool told = false;
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t word) { told = word == 1; }});
-        loop.runUntil([&] { return told; });
+        runUntil(loop, [&] { return told; });
         const auto start = Clock::now();
         voice->stop();
         bool ended = false;
         voice->speak({}, {.onEnd = [&] { ended = true; }});
-        loop.runUntil([&] { return ended; });
+        runUntil(loop, [&] { return ended; });
         times.push_back(milliseconds(record.dropped - start));
     }
     report(sound ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",
@@ -187,14 +162,14 @@ void alignment(const std::string& name, bool sound) {
                        },
                    .stopped = [] { return false; }});
     Record record;
-    Loop loop;
+    PostedSteps loop;
     const auto voice = makeVoice(parameters, recorded(record, sound), loop.post());
     std::vector<Clock::time_point> told;
     bool ended = false;
     const auto note = [&](auto) { told.push_back(Clock::now()); };
     voice->speak(parseSpeech("Four words and more"),
                  {.onWord = note, .onMouth = note, .onEnd = [&] { ended = true; }});
-    loop.runUntil([&] { return ended; });
+    runUntil(loop, [&] { return ended; });
     if (told.size() != expected.size()) throw std::runtime_error("events are missing");
     std::vector<double> off;
     for (std::size_t i = 0; i < told.size(); ++i)
