@@ -9,6 +9,7 @@
 
 #include "tests/agent/simulated_scene.h"
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" [[gnu::weak]] std::size_t __sanitizer_get_current_allocated_bytes();  // of no header of ours
 
 namespace {

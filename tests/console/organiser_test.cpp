@@ -14,7 +14,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 /// The real program on real files, at nine in the morning of 5 March 2026.
 class OrganiserTerminal : public testing::Test {

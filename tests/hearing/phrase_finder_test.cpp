@@ -17,7 +17,7 @@ Samples sound(std::initializer_list<std::pair<int, int>> stretches) {
     std::minstd_rand random;
     for (const auto& [tenths, loudness] : stretches) {
         for (std::size_t i = 0; i < static_cast<std::size_t>(tenths) * second / 10; ++i) {
-            const int value = loudness == 0 ? 0 : static_cast<int>(random() % (2U * loudness)) - loudness;
+            const int value = loudness == 0 ? 0 : static_cast<int>(random() % (2UL * loudness)) - loudness;
             samples.push_back(static_cast<std::int16_t>(value));
         }
     }

@@ -122,7 +122,7 @@ Dovecot::~Dovecot() {
 
 fs::path Dovecot::configure() const {
     const Account account;
-    const fs::path file = root_ / "dovecot.conf";
+    fs::path file = root_ / "dovecot.conf";
     std::ofstream(root_ / "passwd") << user << ":{PLAIN}" << password << "::::::\n";
     std::ofstream out(file);
     const auto set = [&out](std::string_view key, const auto&... value) {
