@@ -26,26 +26,27 @@ struct HeardPiece {
 };
 using Reading = std::vector<HeardPiece>;
 
-/// Where the acoustic model, its dictionary and its language model lie.
+/// The folder of the model that writes down what was said, as this library was built for.
+std::string defaultWritingFolder();
+
+/// Where the models lie: the acoustic one with its dictionary, and that of a `WritingModel`.
 struct HearingModel {
     std::string acoustic = "/usr/share/pocketsphinx/model/en-us/en-us";
     std::string dictionary = "/usr/share/pocketsphinx/model/en-us/cmudict-en-us.dict";
-    std::string language = "/usr/share/pocketsphinx/model/en-us/en-us.lm.bin";
+    std::string writing = defaultWritingFolder();
 };
 
-/// Reads one piece of audio in different ways: as one of the commands, as any frequent English words, as any
-/// sounds. Each of the ways has what it works with to itself: three threads may read at once, in one way
-/// each.
+/// Reads one piece of audio in two ways: as one of the commands, and as any sounds. Each of the ways has what
+/// it works with to itself: two threads may read at once, in one way each.
 class Decoder {
 public:
     /// Nothing if a part of the model can't be read.
-    static std::unique_ptr<Decoder> load(const HearingModel& model, const Dictionary& dictionary,
+    static std::unique_ptr<Decoder> load(const HearingModel& model,
                                          const std::vector<CommandGraph>& commands);
     virtual ~Decoder() = default;
 
     /// One channel at 16000 samples a second. An empty reading: nothing fits, or nothing was said.
     virtual Reading asCommand(std::span<const std::int16_t> samples) = 0;
-    virtual Reading asWords(std::span<const std::int16_t> samples) = 0;
     virtual Reading asSounds(std::span<const std::int16_t> samples) = 0;
 };
 

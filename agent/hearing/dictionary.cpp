@@ -26,6 +26,11 @@ std::string_view Dictionary::wordAt(const std::pair<std::size_t, std::size_t>& l
     return std::string_view(text_).substr(line.first, line.second);
 }
 
+std::string_view Dictionary::soundsAt(const std::pair<std::size_t, std::size_t>& line) const {
+    const std::string_view rest = std::string_view(text_).substr(line.first + line.second + 1);
+    return rest.substr(0, rest.find('\n'));
+}
+
 std::vector<Phones> Dictionary::pronunciations(std::string_view word) const {
     std::vector<Phones> all;
     for (const std::string_view suffix : {"", "(2)", "(3)"}) {
@@ -33,11 +38,22 @@ std::vector<Phones> Dictionary::pronunciations(std::string_view word) const {
         const auto found =
             std::ranges::lower_bound(lines_, entry, {}, [this](const auto& line) { return wordAt(line); });
         if (found == lines_.end() || wordAt(*found) != entry) break;
-        const std::string_view rest = std::string_view(text_).substr(found->first + found->second + 1);
-        const Phones phones = readPhones(rest.substr(0, rest.find('\n')));
+        const Phones phones = readPhones(soundsAt(*found));
         if (!phones.empty()) all.push_back(phones);
     }
     return all;
+}
+
+std::map<std::string, std::vector<std::string>> Dictionary::wordsSaidAs(
+    const std::set<std::string>& sounds) const {
+    std::map<std::string, std::vector<std::string>> found;
+    for (const auto& line : lines_) {
+        std::string said(soundsAt(line));
+        if (!sounds.contains(said)) continue;
+        const std::string_view word = wordAt(line);
+        found[std::move(said)].emplace_back(word.substr(0, word.find('(')));
+    }
+    return found;
 }
 
 }  // namespace agent

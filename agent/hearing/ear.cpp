@@ -84,7 +84,13 @@ private:
 
     std::optional<Job> nextJob(Turn& turn) {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return quitting_ || waiting_; });
+        const auto called = [this] { return quitting_ || waiting_; };
+        if (recogniser_ && !changed_.wait_for(lock, needs_.patience, called)) {
+            lock.unlock();
+            recogniser_.reset();
+            lock.lock();
+        }
+        changed_.wait(lock, called);
         turn = turn_;
         return quitting_ ? std::nullopt : std::exchange(waiting_, std::nullopt);
     }
@@ -113,7 +119,9 @@ private:
         auto heardUpTo = Clock::now();
         if (!lost) deliver(turn, job.events.onBegin);
         if (!learn(job.commands)) return cannotHear;
-        PhraseReader reader([this](const Samples& phrase) { return recogniser_->recognise(phrase); });
+        PhraseReader reader([this](const Samples& phrase, const std::stop_token& stop) {
+            return recogniser_->recognise(phrase, stop);
+        });
         bool ended = false;
         bool spoken = false;
         for (int waited = 0; waited < patience; waited += reader.speaking() ? 0 : 1) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -41,7 +42,7 @@ struct EarEvents {
 };
 
 /// Listens for commands, in a thread of its own, which loads what it needs when it first hears something:
-/// then, and whenever the commands have changed, that takes some tenths of a second.
+/// then, and whenever the commands have changed, that takes about a second.
 class Ear {
 public:
     struct Needs {
@@ -49,6 +50,8 @@ public:
         HearingModel model = {};
         /// Called in the ear's thread; null: there is no microphone.
         std::function<std::unique_ptr<AudioSource>()> microphone = openMicrophone;
+        /// What it has loaded is large: given back when nothing was heard for so long.
+        std::chrono::milliseconds patience = std::chrono::minutes(5);
     };
     explicit Ear(Needs needs);
     ~Ear();

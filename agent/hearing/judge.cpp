@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "agent/hearing/judge_weights.h"
 
@@ -22,50 +23,10 @@ double fitWithin(const Reading& reading, int first, int frames) {
     return fit;
 }
 
-/// How much better another reading explains the words of a command, for each frame.
-struct Gap {
-    double mean = 0;
-    double worst = 0;
-};
-
-Gap gapTo(const Reading& other, const Reading& command) {
-    Gap gap;
+int framesOf(const Reading& reading, Kind kind) {
     int frames = 0;
-    for (const HeardPiece& piece : command) {
-        if (piece.kind != Kind::word) continue;
-        const double lost = fitWithin(other, piece.first, piece.frames) - piece.fit;
-        gap.mean += lost;
-        gap.worst = std::max(gap.worst, lost / piece.frames);
-        frames += piece.frames;
-    }
-    gap.mean /= std::max(frames, 1);
-    return gap;
-}
-
-/// The sounds that a reading finds in a stretch of audio; those of a word are taken for equally long.
-Phones phonesWithin(const Reading& reading, int first, int frames) {
-    Phones phones;
-    for (const HeardPiece& piece : reading) {
-        const double each = static_cast<double>(piece.frames) / static_cast<double>(piece.phones.size());
-        double middle = piece.first + each / 2;
-        for (const Phone phone : piece.phones) {
-            if (middle >= first && middle < first + frames) phones.push_back(phone);
-            middle += each;
-        }
-    }
-    return phones;
-}
-
-/// How far the strangest word of a command is from what another reading finds in its place, for each sound.
-double strangestWord(const Reading& other, const Reading& command) {
-    double farthest = 0;
-    for (const HeardPiece& piece : command) {
-        if (piece.kind != Kind::word) continue;
-        const CommandGraph word{.states = 2, .arcs = {{.from = 0, .to = 1, .saidAs = {piece.phones}}}};
-        const double distance = graphDistance(word, phonesWithin(other, piece.first, piece.frames));
-        farthest = std::max(farthest, distance / static_cast<double>(piece.phones.size()));
-    }
-    return farthest;
+    for (const HeardPiece& piece : reading) frames += piece.kind == kind ? piece.frames : 0;
+    return frames;
 }
 
 Phones phonesOf(const Reading& reading) {
@@ -75,35 +36,107 @@ Phones phonesOf(const Reading& reading) {
     return phones;
 }
 
-int framesOf(const Reading& reading, Kind kind) {
-    int frames = 0;
-    for (const HeardPiece& piece : reading) frames += piece.kind == kind ? piece.frames : 0;
-    return frames;
-}
-
-/// Commands by how near they are to what was heard, the winner left out.
-struct Rivals {
-    std::vector<std::size_t> nearest;  // at most two
-    double distance;                   // of the nearest
+/// How the words of a command lie in the sound.
+struct Alignment {
+    Phones phones = {};
+    double gap = 0;       ///< how much better free sounds explain a frame of them
+    double worstGap = 0;  ///< of the worst word
+    double slowest = 1;   ///< frames for each sound of the most drawn-out word
+    double fastest = 1;   ///< and of the most hurried one
+    double stray = 0;     ///< the share of the phrase that other sounds take up
 };
 
-Rivals rivals(const std::vector<CommandGraph>& graphs, std::size_t winner, const Phones& words,
-              const Phones& sounds) {
-    std::vector<std::pair<double, std::size_t>> ranked;
-    for (std::size_t command = 0; command < graphs.size(); ++command) {
-        if (command == winner || graphs[command].empty()) continue;
-        const double distance =
-            std::min(graphDistance(graphs[command], words), graphDistance(graphs[command], sounds));
-        ranked.emplace_back(distance, command);
+Alignment align(const Reading& command, const Reading& sounds) {
+    Alignment alignment{.slowest = 0, .fastest = std::numeric_limits<double>::max()};
+    int frames = 0;
+    for (const HeardPiece& piece : command) {
+        if (piece.kind != Kind::word) continue;
+        alignment.phones.insert(alignment.phones.end(), piece.phones.begin(), piece.phones.end());
+        const double lost = fitWithin(sounds, piece.first, piece.frames) - piece.fit;
+        alignment.gap += lost;
+        alignment.worstGap = std::max(alignment.worstGap, lost / piece.frames);
+        const double pace = static_cast<double>(piece.frames) / static_cast<double>(piece.phones.size());
+        alignment.slowest = std::max(alignment.slowest, pace);
+        alignment.fastest = std::min(alignment.fastest, pace);
+        frames += piece.frames;
     }
-    std::ranges::sort(ranked);
-    Rivals found{.nearest = {}, .distance = ranked.empty() ? 20 : ranked.front().first};
-    for (std::size_t i = 0; i < std::min<std::size_t>(2, ranked.size()); ++i)
-        found.nearest.push_back(ranked[i].second);
-    return found;
+    alignment.gap /= std::max(frames, 1);
+    alignment.fastest = std::clamp(alignment.fastest, 1.0, std::max(alignment.slowest, 1.0));
+    const int stray = framesOf(command, Kind::sound);
+    const int all = frames + stray + framesOf(command, Kind::silence);
+    alignment.stray = static_cast<double>(stray) / std::max(all, 1);
+    return alignment;
+}
+
+/// How far each command is from the sounds that were heard.
+std::vector<double> distances(const std::vector<CommandGraph>& graphs, const Reading& sounds) {
+    const Phones heard = phonesOf(sounds);
+    std::vector<double> all;
+    all.reserve(graphs.size());
+    for (const CommandGraph& graph : graphs)
+        all.push_back(graph.empty() ? std::numeric_limits<double>::infinity() : graphDistance(graph, heard));
+    return all;
+}
+
+double nearestOther(const std::vector<double>& distances, std::size_t command) {
+    constexpr double farthest = 20;
+    double nearest = farthest;
+    for (std::size_t other = 0; other < distances.size(); ++other) {
+        if (other != command) nearest = std::min(nearest, distances[other]);
+    }
+    return nearest;
+}
+
+/// The number of sounds that writing down a phrase took up, at least one.
+double lengthOf(const std::string& text) {
+    constexpr double lettersForOneSound = 1.25;
+    const auto letters = std::ranges::count_if(text, [](char letter) { return letter != ' '; });
+    return std::max(static_cast<double>(letters) / lettersForOneSound, 1.0);
+}
+
+/// The signals of a command; the first ones are 0 without a transcript, the middle ones where another command
+/// was aligned with the sound.
+Signals signalsOf(const Readings& readings, const Candidate& candidate, const Alignment* alignment,
+                  const std::vector<double>& distances, std::optional<double> logLikelihood) {
+    constexpr double usualPace = 2.1;  // logarithm of the frames for each sound
+    constexpr double hopeless = -25;
+    const double length =
+        alignment == nullptr ? lengthOf(candidate.words) : static_cast<double>(alignment->phones.size());
+    const double spoken = std::max(framesOf(readings.sounds, Kind::sound), 1);
+    const double distance = distances.at(candidate.command);
+    const double rival = nearestOther(distances, candidate.command);
+    double lost = 0;
+    double doubt = 0;
+    if (readings.transcript) {
+        const Transcript& transcript = *readings.transcript;
+        lost =
+            logLikelihood ? std::clamp(*logLikelihood - transcript.logLikelihood, hopeless, 5.0) : hopeless;
+        doubt = transcript.logLikelihood / lengthOf(transcript.text);
+    }
+    const Alignment none;
+    const Alignment& aligned = alignment == nullptr ? none : *alignment;
+    return {
+        lost / length,
+        doubt,
+        alignment == nullptr ? 0.0 : 1.0,
+        aligned.gap,
+        aligned.worstGap,
+        std::log(aligned.slowest),
+        std::log(aligned.fastest),
+        aligned.stray,
+        distance / length,
+        std::clamp(rival - distance, -3.0, 6.0),
+        1 / length,
+        std::abs(std::log(spoken / length) - usualPace),
+    };
 }
 
 }  // namespace
+
+std::optional<std::size_t> commandOf(const Reading& reading) {
+    const auto word = std::ranges::find(reading, Kind::word, &HeardPiece::kind);
+    return word == reading.end() ? std::nullopt : std::optional(word->command);
+}
 
 std::string wordsOf(const Reading& reading) {
     std::string words;
@@ -113,66 +146,60 @@ std::string wordsOf(const Reading& reading) {
     return words;
 }
 
-bool Readings::spoken() const {
-    return std::ranges::any_of(command, [](const HeardPiece& piece) { return piece.kind == Kind::word; });
-}
-
-Evidence weigh(const std::vector<CommandGraph>& graphs, const Readings& readings) {
-    const auto& [command, words, sounds] = readings;
-    Evidence evidence;
-    Phones expected;
-    double longest = 0;
-    double shortest = std::numeric_limits<double>::max();
-    for (const HeardPiece& piece : command) {
-        if (piece.kind != Kind::word) continue;
-        evidence.command = piece.command;
-        expected.insert(expected.end(), piece.phones.begin(), piece.phones.end());
-        const double perPhone = static_cast<double>(piece.frames) / static_cast<double>(piece.phones.size());
-        longest = std::max(longest, perPhone);
-        shortest = std::min(shortest, perPhone);
-    }
-    evidence.words = wordsOf(command);
-    evidence.freeWords = wordsOf(words);
-
-    const auto length = static_cast<double>(std::max<std::size_t>(expected.size(), 1));
-    const Phones asWords = phonesOf(words);
-    const Phones asSounds = phonesOf(sounds);
-    const CommandGraph& graph = graphs.at(evidence.command);
-    const double farWords = graphDistance(graph, asWords);
-    const double farSounds = graphDistance(graph, asSounds);
-    Rivals others = rivals(graphs, evidence.command, asWords, asSounds);
-    evidence.runnersUp = std::move(others.nearest);
-
-    const Gap toWords = gapTo(words, command);
-    const Gap toSounds = gapTo(sounds, command);
-    const int spoken = framesOf(command, Kind::word);
-    const int stray = framesOf(command, Kind::sound);
-    const int total = spoken + stray + framesOf(command, Kind::silence);
-    const int freely = std::max(framesOf(words, Kind::word), 1);
-    evidence.signals = {
-        toWords.mean,
-        toWords.worst,
-        toSounds.mean,
-        toSounds.worst,
-        farWords / length,
-        farSounds / length,
-        std::min(farWords, farSounds) / length,
-        std::clamp(others.distance - std::min(farWords, farSounds), -3.0, 6.0),
-        1 / length,
-        std::log(longest),
-        std::log(std::max(shortest, 1.0)),
-        static_cast<double>(std::max(freely - spoken - stray, 0)) / freely,
-        static_cast<double>(stray) / std::max(total, 1),
-        evidence.words == evidence.freeWords ? 1.0 : 0.0,
-        strangestWord(sounds, command),
+std::vector<Candidate> candidates(const std::vector<CommandGraph>& graphs, const Readings& readings) {
+    const std::vector<double> far = distances(graphs, readings.sounds);
+    const auto aligned = commandOf(readings.command);
+    const Alignment alignment = align(readings.command, readings.sounds);
+    std::vector<Candidate> all;
+    const auto add = [&](std::size_t command, const std::string& words, std::optional<double> logLikelihood) {
+        Candidate& candidate = all.emplace_back(Candidate{.command = command, .words = words});
+        candidate.signals =
+            signalsOf(readings, candidate, command == aligned ? &alignment : nullptr, far, logLikelihood);
     };
-    return evidence;
+    bool written = false;
+    if (readings.transcript) {
+        for (const auto& [command, words, logLikelihood] : readings.transcript->commands) {
+            add(command, words, logLikelihood);
+            written = written || command == aligned;
+        }
+    }
+    if (aligned && !written) add(*aligned, wordsOf(readings.command), {});
+    return all;
 }
 
-double likelihood(const Signals& signals) {
-    double sum = judgeBias;
-    for (std::size_t i = 0; i < signals.size(); ++i) sum += judgeWeights.at(i) * signals.at(i);
+double JudgeWeights::likelihood(const Signals& signals) const {
+    double sum = bias;
+    for (std::size_t i = 0; i < signals.size(); ++i) sum += weights.at(i) * signals.at(i);
     return 1 / (1 + std::exp(-sum));
+}
+
+const JudgeWeights& judgeWeights(bool withTranscript) {
+    return withTranscript ? weightsWithTranscript : weightsWithoutTranscript;
+}
+
+std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Readings& readings) {
+    std::vector<std::pair<double, Candidate>> ranked;
+    for (Candidate& candidate : candidates(graphs, readings)) {
+        const bool written = readings.transcript && !graphs.at(candidate.command).unwritable;
+        ranked.emplace_back(judgeWeights(written).likelihood(candidate.signals), std::move(candidate));
+    }
+    if (ranked.empty()) return {};
+    std::ranges::stable_sort(ranked, std::greater(), [](const auto& entry) { return entry.first; });
+    Verdict verdict{std::move(ranked.front().second), ranked.front().first, {}};
+    for (std::size_t i = 1; i < ranked.size(); ++i) verdict.runnersUp.push_back(ranked[i].second.command);
+
+    // Then those that sound alike.
+    const std::vector<double> far = distances(graphs, readings.sounds);
+    std::vector<std::size_t> others;
+    for (std::size_t command = 0; command < graphs.size(); ++command) {
+        if (command != verdict.best.command && !graphs[command].empty() &&
+            std::ranges::find(verdict.runnersUp, command) == verdict.runnersUp.end())
+            others.push_back(command);
+    }
+    std::ranges::stable_sort(others, {}, [&far](std::size_t command) { return far[command]; });
+    verdict.runnersUp.insert(verdict.runnersUp.end(), others.begin(), others.end());
+    verdict.runnersUp.resize(std::min<std::size_t>(verdict.runnersUp.size(), 2));
+    return verdict;
 }
 
 int scoreOf(double likelihood) {

@@ -2,45 +2,62 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "agent/hearing/command_graph.h"
 #include "agent/hearing/decoder.h"
+#include "agent/hearing/transcriber.h"
 
 namespace agent {
 
-/// The signals that tell a command from a phrase that only resembles one.
-constexpr std::size_t signalCount = 15;
-using Signals = std::array<double, signalCount>;
-
-/// What speaks for and against a phrase being the command that it was taken for.
-struct Evidence {
-    std::size_t command = 0;
-    std::vector<std::size_t> runnersUp;  ///< at most two
-    std::string words;                   ///< of the command, as it was read
-    std::string freeWords;               ///< as the phrase is read without commands
-    Signals signals{};
-};
-
-/// One phrase, read in three ways.
+/// One phrase, read in different ways.
 struct Readings {
     Reading command;
-    Reading words;
     Reading sounds;
-
-    /// Whether a word of a command was heard at all.
-    bool spoken() const;
+    std::optional<Transcript> transcript = {};  ///< none without the model for it
 };
+
+/// The command that the words of a reading belong to, if there is a word in it.
+std::optional<std::size_t> commandOf(const Reading& reading);
 
 /// The words of a reading, a blank between them.
 std::string wordsOf(const Reading& reading);
 
-/// Compares the readings of a phrase in which a command was heard.
-Evidence weigh(const std::vector<CommandGraph>& graphs, const Readings& readings);
+/// The signals that tell a command from a phrase that only resembles one.
+constexpr std::size_t signalCount = 12;
+using Signals = std::array<double, signalCount>;
 
-/// How likely it is that the phrase was the command, 0 to 1.
-double likelihood(const Signals& signals);
+/// A command that the phrase may have been, and what speaks for and against it.
+struct Candidate {
+    std::size_t command = 0;
+    std::string words;
+    Signals signals{};
+};
+
+/// Compares the readings of a phrase. None: it is like no command at all.
+std::vector<Candidate> candidates(const std::vector<CommandGraph>& graphs, const Readings& readings);
+
+/// What each signal counts for, and what is added to their sum.
+struct JudgeWeights {
+    double bias = 0;
+    Signals weights{};
+
+    /// How likely it is that the phrase was the command, 0 to 1.
+    double likelihood(const Signals& signals) const;
+};
+
+/// As they were learned for phrases with a transcript, or without.
+const JudgeWeights& judgeWeights(bool withTranscript);
+
+/// What a phrase was taken for.
+struct Verdict {
+    Candidate best;
+    double likelihood;
+    std::vector<std::size_t> runnersUp;  ///< at most two other commands, the likelier first
+};
+std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Readings& readings);
 
 /// The score of a likelihood, -100 to 100: a phrase that is more likely none has -60 or less.
 int scoreOf(double likelihood);

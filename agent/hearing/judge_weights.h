@@ -4,9 +4,12 @@
 
 namespace agent {
 
-/// What each signal of a phrase counts for; learned by `velmora-hearing`, see docs/hearing.md.
-constexpr double judgeBias = 0.848534;
-constexpr Signals judgeWeights{-0.268173, -0.149172, -0.243079, -0.156708, -0.199379, -0.543431, -0.376938, 0,
-                               -6.31969,  0.548643,  0.908803,  -4.76439,  -1.33468,  0,         -0.439314};
+// Learned by `velmora-hearing`, see docs/hearing.md.
+constexpr JudgeWeights weightsWithTranscript{3.0289,
+                                             {2.09578, 0.86021, -1.44456, -0.539522, -0.125324, 0.98702,
+                                              0.834546, -0.353568, -1.49753, 0.0591705, 0.826434, -1.19675}};
+constexpr JudgeWeights weightsWithoutTranscript{-4.67841,
+                                                {0, 0, 6.22037e-05, -0.649532, -0.42377, 1.83403, 3.09251,
+                                                 1.9353, -3.11231, -0.0950333, -8.21745, -2.73706}};
 
 }  // namespace agent

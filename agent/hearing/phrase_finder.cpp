@@ -13,6 +13,7 @@ constexpr std::size_t longest = std::size_t{10} * hearingRate;
 constexpr int framesToBegin = 3;
 constexpr int framesToEnd = 30;
 constexpr int framesKept = 8;  // of the pause at the end
+constexpr int framesToPause = 2;
 constexpr int fewestVoiced = 6;
 constexpr double clearlyLouder = 6;  // than the room, of mean squares
 constexpr double quietest = 50.0 * 50;
@@ -75,7 +76,18 @@ std::optional<Samples> PhraseFinder::feed(std::span<const std::int16_t> samples)
 }
 
 bool PhraseFinder::pausing() const {
-    return speaking_ && voiced_ >= fewestVoiced && quiet_ >= framesKept;
+    return speaking_ && voiced_ >= fewestVoiced && quiet_ >= framesToPause;
+}
+
+Samples PhraseFinder::phraseUpToPause() const {
+    const std::size_t quiet = static_cast<std::size_t>(quiet_) * frameSize;
+    const std::size_t kept = framesKept * frameSize;
+    Samples phrase = phrase_;
+    phrase.resize(phrase.size() - std::min(quiet, phrase.size()) + std::min(quiet, kept));
+    // What of the pause is still to come will sound like what there is of it.
+    for (std::size_t more = quiet; more < kept && quiet > 0; ++more)
+        phrase.push_back(phrase[phrase.size() - quiet]);
+    return phrase;
 }
 
 std::optional<Samples> PhraseFinder::finish() {

@@ -26,10 +26,10 @@ public:
 
     /// Whether somebody is speaking.
     bool speaking() const { return speaking_; }
-    /// Whether a phrase is under way that may have ended: nobody has spoken for 0.16 seconds.
+    /// Whether a phrase is under way that may have ended: nobody has spoken for 0.06 seconds.
     bool pausing() const;
-    /// The phrase under way, as far as it goes.
-    const Samples& phrase() const { return phrase_; }
+    /// The phrase as it will be if it ends with this pause.
+    Samples phraseUpToPause() const;
 
 private:
     bool takeFrame(std::span<const std::int16_t> frame);

@@ -10,26 +10,26 @@ bool PhraseReader::feed(std::span<const std::int16_t> samples) {
     const bool paused = finder_.pausing();
     ended_ = finder_.feed(samples);
     if (ended_) return true;
-    if (paused && !finder_.pausing()) outdated_ = true;
+    if (paused && !finder_.pausing()) stop_.request_stop();
     if (!finder_.pausing()) return false;
     beginEarly();
     return isUnderstood();
 }
 
 void PhraseReader::beginEarly() {
-    if (answer_ && outdated_) answer_.reset();
+    if (stop_.stop_requested()) answer_.reset();
     if (early_.valid()) {
         if (early_.wait_for(0s) != std::future_status::ready) return;
         auto answer = early_.get();
-        if (!outdated_) answer_ = std::move(answer);
+        if (!stop_.stop_requested()) answer_ = std::move(answer);
     }
     if (answer_) return;
-    outdated_ = false;
-    early_ = std::async(std::launch::async, recognise_, finder_.phrase());
+    stop_ = std::stop_source();
+    early_ = std::async(std::launch::async, recognise_, finder_.phraseUpToPause(), stop_.get_token());
 }
 
 bool PhraseReader::isUnderstood() {
-    return answer_ && *answer_ && (*answer_)->score > -60;
+    return answer_ && *answer_ && (*answer_)->score > -60 && !(*answer_)->mayGoOn;
 }
 
 bool PhraseReader::finish() {
@@ -40,10 +40,10 @@ bool PhraseReader::finish() {
 std::optional<HeardPhrase> PhraseReader::result() {
     if (early_.valid()) {
         auto answer = early_.get();
-        if (!outdated_) answer_ = std::move(answer);
+        if (!stop_.stop_requested()) answer_ = std::move(answer);
     }
-    if (answer_ && !outdated_) return *answer_;
-    return ended_ ? recognise_(*ended_) : std::nullopt;
+    if (answer_ && !stop_.stop_requested()) return *answer_;
+    return ended_ ? recognise_(*ended_, {}) : std::nullopt;
 }
 
 }  // namespace agent

@@ -4,6 +4,7 @@
 #include <future>
 #include <optional>
 #include <span>
+#include <stop_token>
 
 #include "agent/hearing/phrase_finder.h"
 #include "agent/hearing/recogniser.h"
@@ -14,11 +15,14 @@ namespace agent {
 /// up to there is clearly a command, it doesn't wait for the end of the pause.
 class PhraseReader {
 public:
-    using Recognise = std::function<std::optional<HeardPhrase>(const Samples& phrase)>;
+    using Recognise =
+        std::function<std::optional<HeardPhrase>(const Samples& phrase, const std::stop_token& stop)>;
 
-    /// `recognise` is called in other threads, never in two at once; the last call may still run when this
-    /// object is destroyed, which then waits for it.
+    /// `recognise` is called in other threads, never in two at once; it is stopped when the speaker goes on.
     explicit PhraseReader(Recognise recognise) : recognise_(std::move(recognise)) {}
+    ~PhraseReader() { stop_.request_stop(); }
+    PhraseReader(const PhraseReader&) = delete;
+    PhraseReader& operator=(const PhraseReader&) = delete;
 
     /// Takes more of the stream. True: the phrase has ended, or a command was understood in a pause; the
     /// stream is to be read no further.
@@ -40,7 +44,7 @@ private:
     PhraseFinder finder_;
     std::optional<Samples> ended_;
     std::future<std::optional<HeardPhrase>> early_;
-    bool outdated_ = false;                             ///< speech has gone on since `early_` began
+    std::stop_source stop_;  ///< of `early_`; stopped: speech has gone on since it began
     std::optional<std::optional<HeardPhrase>> answer_;  ///< what `early_` gave
 };
 

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <exception>
 #include <future>
 #include <random>
 
+#include "agent/hearing/shown_words.h"
 #include "agent/hearing/wav_reader.h"
 
 namespace agent {
@@ -35,13 +37,6 @@ bool isSilence(std::span<const std::int16_t> samples) {
     return std::ranges::all_of(samples, [](int sample) { return std::abs(sample) < steps; });
 }
 
-/// Words that are far from every command.
-std::optional<HeardPhrase> noCommand(const Reading& words) {
-    HeardPhrase phrase{.words = wordsOf(words), .command = {}, .score = scoreOf(0), .runnersUp = {}};
-    if (phrase.words.empty()) return {};
-    return phrase;
-}
-
 }  // namespace
 
 std::unique_ptr<Recogniser> Recogniser::load(const HearingModel& model,
@@ -54,44 +49,69 @@ std::unique_ptr<Recogniser> Recogniser::load(const HearingModel& model,
     for (const std::string& grammar : grammars)
         graphs.push_back(makeCommandGraph(grammar, *dictionary, soundOut));
     if (std::ranges::all_of(graphs, &CommandGraph::empty)) return nullptr;
-    auto decoder = Decoder::load(model, *dictionary, graphs);
+    auto decoder = Decoder::load(model, graphs);
     if (!decoder) return nullptr;
-    return std::unique_ptr<Recogniser>(new Recogniser(grammars, std::move(graphs), std::move(decoder)));
+    addWritings(graphs, *dictionary);
+    auto transcriber = Transcriber::load(model.writing, graphs);
+    return std::unique_ptr<Recogniser>(
+        new Recogniser(grammars, std::move(graphs), std::move(decoder), std::move(transcriber)));
 }
 
 Recogniser::Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs,
-                       std::unique_ptr<Decoder> decoder)
+                       std::unique_ptr<Decoder> decoder, std::unique_ptr<Transcriber> transcriber)
     : vocabulary_(std::vector<std::string_view>(grammars.begin(), grammars.end())),
       graphs_(std::move(graphs)),
-      decoder_(std::move(decoder)) {}
+      decoder_(std::move(decoder)),
+      transcriber_(std::move(transcriber)) {}
 
-Readings Recogniser::read(std::span<const std::int16_t> samples) {
-    Readings readings;
-    if (isSilence(samples)) return readings;
+void Recogniser::addCommand(Transcript& transcript, std::size_t command) {
+    if (std::ranges::find(transcript.commands, command, &Transcript::Command::command) !=
+        transcript.commands.end())
+        return;
+    if (auto written = transcriber_->asCommand(command)) transcript.commands.push_back(std::move(*written));
+}
+
+Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop_token& stop) {
     const Samples prepared = prepare(samples);
     // An answer is waited for.
-    auto words = std::async(std::launch::async, [&] { return decoder_->asWords(prepared); });
     auto sounds = std::async(std::launch::async, [&] { return decoder_->asSounds(prepared); });
-    readings.command = decoder_->asCommand(prepared);
-    readings.words = words.get();
-    readings.sounds = sounds.get();
+    auto transcript = std::async(std::launch::async, [&]() -> std::optional<Transcript> {
+        if (!transcriber_) return {};
+        return transcriber_->transcribe(samples, stop);
+    });
+    Readings readings{.command = decoder_->asCommand(prepared), .sounds = sounds.get()};
+    try {
+        readings.transcript = transcript.get();
+        const auto command = commandOf(readings.command);
+        if (readings.transcript && command && !stop.stop_requested())
+            addCommand(*readings.transcript, *command);
+    } catch (const std::exception&) {
+        readings.transcript.reset();  // the model has failed: one hears less well without it
+    }
     return readings;
 }
 
-std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> samples) {
-    const Readings readings = read(samples);
-    if (!readings.spoken()) return noCommand(readings.words);
-    Evidence evidence = weigh(graphs_, readings);
-    HeardPhrase phrase;
-    phrase.score = scoreOf(likelihood(evidence.signals));
-    phrase.words = phrase.score > -60 ? evidence.words : evidence.freeWords;
-    phrase.command = evidence.command;
+std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> samples,
+                                                 const std::stop_token& stop) {
+    if (isSilence(samples)) return {};
+    const Readings readings = read(samples, stop);
+    if (stop.stop_requested()) return {};
+    HeardPhrase phrase{.words = {}, .command = {}, .score = scoreOf(0), .runnersUp = {}};
+    if (readings.transcript) phrase.words = shownWords(readings.transcript->text);
+    auto verdict = judge(graphs_, readings);
+    if (!verdict) return phrase.words.empty() ? std::nullopt : std::optional(phrase);
+    phrase.score = scoreOf(verdict->likelihood);
+    if (phrase.score > -60) phrase.words = verdict->best.words;
+    phrase.command = verdict->best.command;
     // Where the same words serve several commands, written and spoken words agree on which one is meant.
     const auto written = vocabulary_.recognise(
-        evidence.words, [this](std::size_t command) { return !graphs_.at(command).empty(); });
+        verdict->best.words, [this](std::size_t command) { return !graphs_.at(command).empty(); });
     if (written) phrase.command = written->command;
-    phrase.runnersUp = std::move(evidence.runnersUp);
+    phrase.runnersUp = std::move(verdict->runnersUp);
     std::erase(phrase.runnersUp, *phrase.command);
+    for (std::size_t other = 0; other < graphs_.size(); ++other)
+        phrase.mayGoOn =
+            phrase.mayGoOn || (other != phrase.command && mayGoOn(graphs_[other], verdict->best.words));
     return phrase;
 }
 

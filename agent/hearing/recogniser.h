@@ -4,12 +4,14 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <vector>
 
 #include "agent/hearing/command_graph.h"
 #include "agent/hearing/decoder.h"
 #include "agent/hearing/judge.h"
+#include "agent/hearing/transcriber.h"
 #include "agent/voice_vocabulary.h"
 
 namespace agent {
@@ -20,6 +22,7 @@ struct HeardPhrase {
     std::optional<std::size_t> command;  ///< the likeliest, an index into the grammars; none: it fits none
     int score = 0;                       ///< -100 to 100; -60 or less: it was most likely no command
     std::vector<std::size_t> runnersUp;  ///< at most two other commands, the likelier first
+    bool mayGoOn = false;                ///< another command begins with these words
 };
 
 /// Tells which of many commands a phrase is, and how sure that is. Used by one thread at a time.
@@ -31,23 +34,27 @@ public:
                                             const SoundOut& soundOut);
 
     /// The samples are one phrase, at 16000 a second, with a little of the room before and after it. Nothing
-    /// if there is not a word in them.
-    std::optional<HeardPhrase> recognise(std::span<const std::int16_t> samples);
+    /// if there is not a word in them, or if it is stopped.
+    std::optional<HeardPhrase> recognise(std::span<const std::int16_t> samples,
+                                         const std::stop_token& stop = {});
 
-    /// The phrase as a command, as any words and as any sounds; for those who study it. The command's reading
-    /// holds no word if there is none to be heard, and then the others are empty.
-    Readings read(std::span<const std::int16_t> samples);
+    /// The phrase as a command, as any sounds and as a text; for those who study it.
+    Readings read(std::span<const std::int16_t> samples, const std::stop_token& stop = {});
 
     /// What may be said for each of the grammars.
     const std::vector<CommandGraph>& graphs() const { return graphs_; }
 
 private:
     Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs,
-               std::unique_ptr<Decoder> decoder);
+               std::unique_ptr<Decoder> decoder, std::unique_ptr<Transcriber> transcriber);
+
+    /// Has the transcriber look for a command that it has not thought of.
+    void addCommand(Transcript& transcript, std::size_t command);
 
     VoiceVocabulary vocabulary_;
     std::vector<CommandGraph> graphs_;
     std::unique_ptr<Decoder> decoder_;
+    std::unique_ptr<Transcriber> transcriber_;  ///< null without the model for it
 };
 
 }  // namespace agent

@@ -1,14 +1,11 @@
 #include <pocketsphinx.h>
 #include <sphinxbase/err.h>
 #include <sphinxbase/fsg_model.h>
-#include <sphinxbase/ngram_model.h>
 
 #include <map>
-#include <set>
 #include <utility>
 
 #include "agent/hearing/decoder.h"
-#include "agent/hearing/frequent_words.h"
 
 namespace agent {
 namespace {
@@ -21,15 +18,14 @@ constexpr std::string_view commandPrefix = "#";
 constexpr double logSound = -4;
 constexpr double logFillingSound = -25;
 
-// How much the order of words counts against their sounds, and what a new word costs.
-constexpr float languageWeight = 4.0F;
-constexpr float wordPenalty = 0.65F;
+// How much of what is possible is followed up: a command must not be lost on its way, and there are few.
+constexpr const char* beam = "1e-48";
+constexpr const char* wordBeam = "1e-36";
 
 struct Free {
     void operator()(ps_decoder_t* decoder) const { ps_free(decoder); }
     void operator()(cmd_ln_t* config) const { cmd_ln_free_r(config); }
     void operator()(fsg_model_t* grammar) const { fsg_model_free(grammar); }
-    void operator()(ngram_model_t* model) const { ngram_model_free(model); }
 };
 
 std::string soundWord(std::string_view sound) {
@@ -42,29 +38,18 @@ std::string commandWord(std::size_t command, std::size_t arc) {
     return std::string(commandPrefix).append(std::to_string(command)).append("_").append(std::to_string(arc));
 }
 
-/// How much of what is possible is followed up.
-struct Width {
-    const char* beam;
-    const char* wordBeam;
-    const char* mostStates;
-    const char* mostWords;
-};
-// A command must not be lost on its way, and there are few of them; free words have to be quick.
-constexpr Width wide{"1e-64", "1e-48", "30000", "-1"};
-constexpr Width narrow{"1e-40", "1e-25", "1000", "20"};
-
 /// One decoder with its dictionary, and the searches that it can do.
 class Engine {
 public:
-    bool load(const HearingModel& model, const Width& width) {
+    bool load(const HearingModel& model) {
+        // An answer is waited for, so that only the two best Gaussians of each sound are looked at.
         // Scores of all senones are needed: with only the active ones, two readings would be measured against
         // different bests. Removing noise is off: it remembers earlier phrases, and what it leaves of a
         // phrase is recognised less often.
         const std::unique_ptr<cmd_ln_t, Free> config(
             cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", model.acoustic.c_str(), "-fwdflat", "no",
-                        "-bestpath", "no", "-beam", width.beam, "-pbeam", width.beam, "-wbeam",
-                        width.wordBeam, "-maxhmmpf", width.mostStates, "-maxwpf", width.mostWords,
-                        "-compallsen", "yes", "-remove_silence", "no", "-remove_noise", "no", nullptr));
+                        "-bestpath", "no", "-beam", beam, "-pbeam", beam, "-wbeam", wordBeam, "-compallsen",
+                        "yes", "-topn", "2", "-remove_silence", "no", "-remove_noise", "no", nullptr));
         if (config) decoder_.reset(ps_init(config.get()));
         return decoder_ != nullptr;
     }
@@ -192,11 +177,9 @@ bool setSounds(const Engine& engine) {
 
 class SphinxDecoder : public Decoder {
 public:
-    bool load(const HearingModel& model, const Dictionary& dictionary,
-              const std::vector<CommandGraph>& commands) {
+    bool load(const HearingModel& model, const std::vector<CommandGraph>& commands) {
         err_set_logfp(nullptr);
-        if (!commands_.load(model, wide) || !words_.load(model, narrow) || !sounds_.load(model, wide))
-            return false;
+        if (!commands_.load(model) || !sounds_.load(model)) return false;
         for (const std::string_view sound : phoneNames()) {
             for (Engine* engine : {&commands_, &sounds_})
                 engine->add(soundWord(sound), {readPhones(sound)}, {.kind = HeardPiece::Kind::sound});
@@ -207,8 +190,7 @@ public:
                 commands_.add(commandWord(command, arc), arcs[arc].saidAs,
                               {.kind = HeardPiece::Kind::word, .command = command, .word = arcs[arc].word});
         }
-        return setCommands(commands_, commands) && setSounds(sounds_) &&
-               setWords(model, dictionary, commands);
+        return setCommands(commands_, commands) && setSounds(sounds_);
     }
 
     Reading asCommand(std::span<const std::int16_t> samples) override {
@@ -217,52 +199,17 @@ public:
     Reading asSounds(std::span<const std::int16_t> samples) override {
         return sounds_.read("sounds", samples);
     }
-    Reading asWords(std::span<const std::int16_t> samples) override { return words_.read("words", samples); }
 
 private:
-    bool setWords(const HearingModel& model, const Dictionary& dictionary,
-                  const std::vector<CommandGraph>& commands) {
-        const std::unique_ptr<ngram_model_t, Free> language(
-            ngram_model_read(nullptr, model.language.c_str(), NGRAM_AUTO, words_.logarithms()));
-        if (!language) return false;
-        ngram_model_apply_weights(language.get(), languageWeight, wordPenalty);
-        std::vector<std::pair<int, std::string>> ranked;
-        const auto count = static_cast<int>(*ngram_model_get_counts(language.get()));
-        for (int id = 0; id < count; ++id) {
-            int depth = 0;
-            const int score = ngram_ng_score(language.get(), id, nullptr, 0, &depth);
-            ranked.emplace_back(-score, ngram_word(language.get(), id));
-        }
-        // The commands' own words belong to them: without them, a command would read like a phrase that only
-        // resembles it.
-        const std::vector<std::string> frequent = frequentWords(std::move(ranked));
-        std::set<std::string> all(frequent.begin(), frequent.end());
-        for (const CommandGraph& command : commands) {
-            for (const CommandGraph::Arc& arc : command.arcs) {
-                if (!arc.word.empty()) all.insert(arc.word);
-            }
-        }
-        for (const std::string& word : all) {
-            const std::vector<Phones> saidAs = dictionary.pronunciations(word);
-            if (saidAs.empty()) continue;
-            if (ngram_wid(language.get(), word.c_str()) == ngram_unknown_wid(language.get()))
-                ngram_model_add_word(language.get(), word.c_str(), 1);
-            words_.add(word, saidAs, {.kind = HeardPiece::Kind::word, .word = word});
-        }
-        return ps_set_lm(words_.get(), "words", language.get()) == 0;
-    }
-
     Engine commands_;
-    Engine words_;
     Engine sounds_;
 };
 
 }  // namespace
 
-std::unique_ptr<Decoder> Decoder::load(const HearingModel& model, const Dictionary& dictionary,
-                                       const std::vector<CommandGraph>& commands) {
+std::unique_ptr<Decoder> Decoder::load(const HearingModel& model, const std::vector<CommandGraph>& commands) {
     auto decoder = std::make_unique<SphinxDecoder>();
-    if (!decoder->load(model, dictionary, commands)) return nullptr;
+    if (!decoder->load(model, commands)) return nullptr;
     return decoder;
 }
 

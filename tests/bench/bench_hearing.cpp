@@ -101,8 +101,9 @@ double answerTime(agent::Recogniser& recogniser, const agent::Samples& samples, 
     const auto loud = std::ranges::find_if(samples.rbegin(), samples.rend(),
                                            [](int sample) { return std::abs(sample) > 300; });
     const auto spoken = static_cast<std::size_t>(samples.rend() - loud);
-    agent::PhraseReader reader(
-        [&recogniser](const agent::Samples& phrase) { return recogniser.recognise(phrase); });
+    agent::PhraseReader reader([&recogniser](const agent::Samples& phrase, const std::stop_token& stop) {
+        return recogniser.recognise(phrase, stop);
+    });
     const auto start = Clock::now();
     bool ended = false;
     for (std::size_t at = 0; !ended && at + piece <= samples.size(); at += piece) {
@@ -124,6 +125,7 @@ void reportTimes(agent::Recogniser& recogniser) {
         for (const bool lettingGo : {true, false}) {
             constexpr int runs = 7;
             std::vector<double> taken;
+            taken.reserve(runs);
             for (int run = 0; run < runs; ++run) taken.push_back(answerTime(recogniser, samples, lettingGo));
             report(std::string("\"").append(words).append("\", answer after the last sound"), median(taken),
                    "ms",

@@ -1,5 +1,6 @@
 #include "agent/hearing/command_graph.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "agent/hearing/decoder.h"
@@ -27,6 +28,25 @@ protected:
 
     const std::optional<Dictionary> dictionary_ = Dictionary::read(HearingModel().dictionary);
 };
+
+TEST_F(CommandGraphs, TellWhichWordsMayGoOn) {
+    const CommandGraph file = graph("[show|open]word [window|dialog]");
+    for (const char* words : {"", "show", "show word", "word"}) EXPECT_TRUE(mayGoOn(file, words)) << words;
+    for (const char* words : {"word window", "check", "show me"}) EXPECT_FALSE(mayGoOn(file, words)) << words;
+    // Any words may come before the general menu, so that nothing would ever be complete.
+    EXPECT_FALSE(mayGoOn(graph("[...]general[...]"), "check mail"));
+    EXPECT_FALSE(mayGoOn(CommandGraph{}, "check mail"));
+}
+
+TEST_F(CommandGraphs, WordsAreAlsoWrittenAsTheySound) {
+    std::vector<CommandGraph> graphs{graph("calender"), graph("notepad"), graph("mail")};
+    addWritings(graphs, *dictionary_);
+    EXPECT_THAT(graphs[0].arcs[0].writtenAs, testing::Contains("calendar"));
+    EXPECT_THAT(graphs[1].arcs[0].writtenAs, testing::Contains("note pad"));
+    EXPECT_THAT(graphs[2].arcs[0].writtenAs, testing::Contains("male"));
+    EXPECT_THAT(graphs[2].arcs[0].writtenAs, testing::Not(testing::Contains("mail")));
+    EXPECT_FALSE(graphs[0].unwritable || graphs[1].unwritable || graphs[2].unwritable);
+}
 
 TEST_F(CommandGraphs, EveryPhraseOfTheGrammarIsAtNoDistance) {
     const struct {

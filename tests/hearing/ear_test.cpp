@@ -112,6 +112,19 @@ TEST_F(Ears, TellsWhyThereIsNothingToHear) {
     }
 }
 
+TEST_F(Ears, HearAgainAfterTheyHaveGivenBackWhatTheyKnew) {
+    Ear::Needs forgetful = needs(spoken("check mail"));
+    forgetful.patience = 0ms;
+    Ear ear(std::move(forgetful));
+    for (int time = 0; time < 2; ++time) {
+        end_.reset();
+        names_.clear();
+        ear.listen(commands, events());
+        runToEnd();
+        EXPECT_THAT(names_, ElementsAre("(begin)", "(speech)", "Check Mail"));
+    }
+}
+
 TEST_F(Ears, WhatWasBegunEarlierIsNotHeardOfAgain) {
     Ear ear(needs(spoken("check mail")));
     bool heard = false;

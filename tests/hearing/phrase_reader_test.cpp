@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <thread>
 
 namespace {
 
@@ -11,7 +12,7 @@ using namespace agent;
 constexpr std::size_t tenth = hearingRate / 10;
 
 /// Takes a phrase for no command; gives its length in tenths of a second in the place of a runner-up.
-std::optional<HeardPhrase> measure(const Samples& phrase) {
+std::optional<HeardPhrase> measure(const Samples& phrase, const std::stop_token&) {
     return HeardPhrase{{}, {}, -100, {phrase.size() / tenth}};
 }
 
@@ -40,9 +41,9 @@ bool feed(PhraseReader& reader, std::initializer_list<Stretch> stretches) {
 
 TEST(PhraseReader, BeginsInThePauseAndAnswersForThePhraseUpToThere) {
     std::atomic<int> calls = 0;
-    PhraseReader reader([&calls](const Samples& phrase) {
+    PhraseReader reader([&calls](const Samples& phrase, const std::stop_token& stop) {
         ++calls;
-        return measure(phrase);
+        return measure(phrase, stop);
     });
     ASSERT_TRUE(feed(reader, {{5, 20}, {10, 5000}, {20, 20}}));
     EXPECT_NEAR(tenthsOf(reader), 14, 1);
@@ -56,13 +57,35 @@ TEST(PhraseReader, WhatIsSaidAfterAHesitationBelongsToThePhrase) {
 }
 
 TEST(PhraseReader, ACommandThatIsUnderstoodInAPauseIsAnsweredThere) {
-    PhraseReader reader([](const Samples&) { return HeardPhrase{{}, 3, 50, {}}; });
+    PhraseReader reader([](const Samples&, const std::stop_token&) { return HeardPhrase{{}, 3, 50, {}}; });
     ASSERT_FALSE(feed(reader, {{5, 20}, {10, 5000}}));
     bool ended = feed(reader, {{2, 20}});
     // No more of the pause goes by; the answer comes from another thread.
     for (int i = 0; !ended && i < 100'000'000; ++i) ended = reader.feed({});
     EXPECT_TRUE(ended);
     EXPECT_EQ(reader.result()->command, 3);
+}
+
+TEST(PhraseReader, ACommandThatMayGoOnIsAnsweredAfterThePause) {
+    PhraseReader reader([](const Samples&, const std::stop_token&) {
+        return HeardPhrase{.words = {}, .command = 3, .score = 50, .runnersUp = {}, .mayGoOn = true};
+    });
+    ASSERT_FALSE(feed(reader, {{5, 20}, {10, 5000}, {4, 20}}));
+    EXPECT_TRUE(feed(reader, {{3, 20}}));
+    EXPECT_EQ(reader.result()->command, 3);
+}
+
+TEST(PhraseReader, StopsRecognisingWhenTheSpeakerGoesOn) {
+    std::atomic<int> stopped = 0;
+    PhraseReader reader([&stopped](const Samples& phrase, const std::stop_token& stop) {
+        // The first time it takes until it is stopped.
+        while (phrase.size() < 20 * tenth && !stop.stop_requested()) std::this_thread::yield();
+        stopped += stop.stop_requested() ? 1 : 0;
+        return stop.stop_requested() ? std::nullopt : measure(phrase, stop);
+    });
+    ASSERT_TRUE(feed(reader, {{5, 20}, {10, 5000}, {2, 20}, {10, 5000}, {20, 20}}));
+    EXPECT_GE(tenthsOf(reader), 22);
+    EXPECT_EQ(stopped, 1);
 }
 
 TEST(PhraseReader, ASpeakerWhoIsDoneNeedsNoPause) {

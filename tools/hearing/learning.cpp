@@ -1,7 +1,6 @@
 #include "tools/hearing/learning.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <iterator>
 #include <map>
@@ -10,14 +9,6 @@ namespace velmora::hearing {
 namespace {
 
 constexpr std::size_t signals = agent::signalCount;
-
-/// Whether more of a signal speaks for the command (1), against it (-1), or either (0). What a few examples
-/// say to the contrary is chance.
-constexpr std::array<int, signals> directions{-1, -1, -1, -1, -1, -1, -1, 1, 0, 0, 0, -1, -1, 1, -1};
-
-double inDirection(double weight, int direction) {
-    return weight * direction < 0 ? 0 : weight;
-}
 
 struct Scale {
     agent::Signals mean{};
@@ -38,16 +29,16 @@ Scale scaleOf(const std::vector<Example>& examples) {
 
 }  // namespace
 
-Weights learn(const std::vector<Example>& examples) {
+agent::JudgeWeights learn(const std::vector<Example>& examples) {
     constexpr int rounds = 4000;
     constexpr double pace = 0.5;
-    constexpr double regularisation = 0.1;
+    constexpr double regularisation = 0.002;
     const Scale scale = scaleOf(examples);
     const auto right = static_cast<double>(std::ranges::count(examples, true, &Example::right));
     const double wrong = static_cast<double>(examples.size()) - right;
-    Weights found;
+    agent::JudgeWeights found;
     for (int round = 0; round < rounds; ++round) {
-        Weights slope;
+        agent::JudgeWeights slope;
         for (const Example& example : examples) {
             double sum = found.bias;
             for (std::size_t i = 0; i < signals; ++i)
@@ -63,7 +54,7 @@ Weights learn(const std::vector<Example>& examples) {
         found.bias += pace * slope.bias;
         for (std::size_t i = 0; i < signals; ++i) {
             const double change = slope.weights.at(i) - regularisation * found.weights.at(i);
-            found.weights.at(i) = inDirection(found.weights.at(i) + pace * change, directions.at(i));
+            found.weights.at(i) += pace * change;
         }
     }
     for (std::size_t i = 0; i < signals; ++i) {
@@ -73,29 +64,24 @@ Weights learn(const std::vector<Example>& examples) {
     return found;
 }
 
-double sumOf(const Weights& weights, const agent::Signals& values) {
-    double sum = weights.bias;
-    for (std::size_t i = 0; i < signals; ++i) sum += weights.weights.at(i) * values.at(i);
-    return sum;
-}
-
 std::vector<double> crossValidate(const std::vector<Example>& examples) {
-    constexpr std::size_t parts = 5;
+    constexpr std::size_t parts = 8;
     std::map<std::string, std::size_t> partOf;
     for (const Example& example : examples) partOf.emplace(example.voice, 0);
     std::size_t number = 0;
     for (auto& [voice, part] : partOf) part = number++ % parts;
-    std::vector<double> sums(examples.size());
+    std::vector<double> likelihoods(examples.size());
     for (std::size_t part = 0; part < parts; ++part) {
         std::vector<Example> others;
         std::ranges::copy_if(examples, std::back_inserter(others),
                              [&](const Example& example) { return partOf.at(example.voice) != part; });
-        const Weights weights = learn(others);
+        const agent::JudgeWeights weights = learn(others);
         for (std::size_t i = 0; i < examples.size(); ++i) {
-            if (partOf.at(examples[i].voice) == part) sums[i] = sumOf(weights, examples[i].signals);
+            if (partOf.at(examples[i].voice) == part)
+                likelihoods[i] = weights.likelihood(examples[i].signals);
         }
     }
-    return sums;
+    return likelihoods;
 }
 
 }  // namespace velmora::hearing

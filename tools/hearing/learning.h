@@ -7,27 +7,19 @@
 
 namespace velmora::hearing {
 
-/// A phrase with what is known about it.
+/// A command that a phrase may have been.
 struct Example {
     agent::Signals signals;
-    bool right;  ///< whether it was the command that it was taken for
+    bool right;  ///< whether it was
     std::string voice = {};
 };
 
-/// What each signal counts for, and what is added to their sum.
-struct Weights {
-    double bias = 0;
-    agent::Signals weights{};
-};
-
-/// The sum of the weighted signals and the bias: above 0, it is likelier right than not.
-double sumOf(const Weights& weights, const agent::Signals& signals);
-
 /// Logistic regression, regularised, with both kinds of examples counting the same in all. Gives the
 /// same weights for the same examples.
-Weights learn(const std::vector<Example>& examples);
+agent::JudgeWeights learn(const std::vector<Example>& examples);
 
-/// The sum of each example with weights that were learned without the voices of its fifth of all voices.
+/// The likelihood of each example with weights that were learned without the voices of its eighth of all
+/// voices.
 std::vector<double> crossValidate(const std::vector<Example>& examples);
 
 }  // namespace velmora::hearing

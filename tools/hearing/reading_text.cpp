@@ -14,6 +14,34 @@ std::string readingText(const agent::Reading& reading) {
     return out.str();
 }
 
+std::string transcriptText(const std::optional<agent::Transcript>& transcript) {
+    if (!transcript) return {};
+    std::ostringstream out;
+    out << transcript->logLikelihood << ';' << transcript->text << ';';
+    for (const auto& [command, words, logLikelihood] : transcript->commands)
+        out << command << ',' << logLikelihood << ',' << words << ';';
+    return out.str();
+}
+
+std::optional<agent::Transcript> readTranscript(const std::string& text) {
+    if (text.empty()) return {};
+    agent::Transcript transcript;
+    std::istringstream pieces(text);
+    std::string piece;
+    std::getline(pieces, piece, ';');
+    transcript.logLikelihood = std::stod(piece);
+    std::getline(pieces, transcript.text, ';');
+    while (std::getline(pieces, piece, ';')) {
+        std::istringstream fields(piece);
+        std::string command, logLikelihood, words;
+        std::getline(fields, command, ',');
+        std::getline(fields, logLikelihood, ',');
+        std::getline(fields, words);
+        transcript.commands.push_back({std::stoul(command), words, std::stod(logLikelihood)});
+    }
+    return transcript;
+}
+
 agent::Reading readReading(const std::string& text) {
     agent::Reading reading;
     std::istringstream pieces(text);

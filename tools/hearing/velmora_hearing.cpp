@@ -11,12 +11,15 @@
 // velmora-hearing faults READINGS
 //     the phrases that are judged wrongly, with their signals
 //
+// With "sounds" behind READINGS, the last three do without transcripts, as where their model is missing.
+//
 // A line of LIST is FILE<TAB>COMMAND, with -random, -near or -alike (but for a sound or two) for a phrase
 // that is no command; `synthesise` writes such lists. Each file is read clean and with noise 20 dB below the
 // voice (both; the default), or in these ways by turns, or varied: by turns clean and with noise 15, 20 and
 // 25 dB below.
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 #include <fstream>
 #include <functional>
@@ -24,6 +27,7 @@
 #include <iostream>
 #include <map>
 #include <optional>
+#include <span>
 #include <sstream>
 #include <string>
 
@@ -54,12 +58,30 @@ std::vector<std::string> fieldsOf(const std::string& line) {
 struct Row {
     std::string file, condition, meant;
     double seconds = 0;
-    bool spoken = false;  ///< whether a command was heard; without one, what follows is empty
-    agent::Evidence evidence{};
+    std::string text = {};  ///< of its transcript, if it has one
+    std::vector<agent::Candidate> candidates = {};
 
     bool isCommand() const { return !meant.starts_with(noCommand); }
-    bool passes() const { return spoken && agent::scoreOf(agent::likelihood(evidence.signals)) > -60; }
+    std::string voice() const {
+        const std::string name = file.substr(file.rfind('/') + 1);
+        return name.substr(0, name.find("--"));
+    }
 };
+
+/// What a row was taken for.
+struct Taken {
+    double likelihood = 0;
+    const agent::Candidate* candidate = nullptr;
+};
+
+/// The likeliest of a row's candidates; `likelihoods` has one for each.
+Taken likeliest(const Row& row, std::span<const double> likelihoods) {
+    Taken taken;
+    for (std::size_t i = 0; i < row.candidates.size(); ++i) {
+        if (likelihoods[i] > taken.likelihood) taken = {likelihoods[i], &row.candidates[i]};
+    }
+    return taken;
+}
 
 /// The program's own commands.
 struct Vocabulary {
@@ -104,8 +126,9 @@ void decode(agent::Recogniser& recogniser, const std::vector<std::string>& entry
         const agent::Readings readings = recogniser.read(phrase);
         const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
         std::cout << entry.at(0) << '\t' << condition << '\t' << entry.at(1) << '\t' << seconds;
-        for (const auto* reading : {&readings.command, &readings.words, &readings.sounds})
+        for (const auto* reading : {&readings.command, &readings.sounds})
             std::cout << '\t' << readingText(*reading);
+        std::cout << '\t' << transcriptText(readings.transcript);
         std::cout << std::endl;
     }
 }
@@ -142,7 +165,7 @@ int decodeAll(const std::string& list, const std::string& mode, const Selection&
     return 0;
 }
 
-std::vector<Row> readRows(const std::string& path, const Vocabulary& commands) {
+std::vector<Row> readRows(const std::string& path, const Vocabulary& commands, bool withTranscripts) {
     const auto dictionary = agent::Dictionary::read(agent::HearingModel().dictionary);
     if (!dictionary) return {};
     std::vector<agent::CommandGraph> graphs;
@@ -156,101 +179,116 @@ std::vector<Row> readRows(const std::string& path, const Vocabulary& commands) {
         if (fields.size() < 4) continue;
         fields.resize(7);
         Row row{fields[0], fields[1], fields[2], std::stod(fields[3])};
-        const agent::Readings readings{readReading(fields[4]), readReading(fields[5]),
-                                       readReading(fields[6])};
-        row.spoken = readings.spoken();
-        if (row.spoken) {
-            row.evidence = agent::weigh(graphs, readings);
-            if (const auto heard = voices.recognise(row.evidence.words, [](std::size_t) { return true; }))
-                row.evidence.command = heard->command;
+        agent::Readings readings{readReading(fields[4]), readReading(fields[5])};
+        if (withTranscripts) readings.transcript = readTranscript(fields[6]);
+        if (readings.transcript) row.text = readings.transcript->text;
+        row.candidates = agent::candidates(graphs, readings);
+        // As the program does: the same words may serve several commands.
+        for (agent::Candidate& candidate : row.candidates) {
+            if (const auto heard = voices.recognise(candidate.words, [](std::size_t) { return true; }))
+                candidate.command = heard->command;
         }
         rows.push_back(std::move(row));
     }
     return rows;
 }
 
-std::string voiceOf(const Row& row) {
-    const std::string file = row.file.substr(row.file.rfind('/') + 1);
-    return file.substr(0, file.find("--"));
-}
-
-/// How strict one has to be for this: of the phrases that are no command 17 in 100 pass, about as many as
-/// commands are missed, with both of their
-/// kinds counting the same, however many there are of each.
-double strictness(const std::vector<Row>& rows, const std::vector<double>& sums) {
-    std::map<std::string, double> kinds;
+/// The likelihood above which so many of the phrases that are no command pass, both of their kinds counting
+/// the same, however many there are of each.
+double limitFor(double mayPass, const std::vector<Row>& rows, const std::vector<Taken>& taken) {
+    std::map<bool, double> kinds;  // random ones and the others
+    const auto isRandom = [](const Row& row) { return row.meant == "-random"; };
     for (const Row& row : rows) {
-        if (!row.isCommand()) ++kinds[row.meant];
+        if (!row.isCommand()) ++kinds[isRandom(row)];
     }
-    std::vector<std::pair<double, double>> shares;  // from the sum on that it passes with
+    std::vector<std::pair<double, double>> shares;  // from the likelihood on that it passes with
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].spoken && !rows[i].isCommand())
-            shares.emplace_back(sums[i], 1 / kinds.at(rows[i].meant) / static_cast<double>(kinds.size()));
+        if (!rows[i].isCommand())
+            shares.emplace_back(taken[i].likelihood,
+                                1 / kinds.at(isRandom(rows[i])) / static_cast<double>(kinds.size()));
     }
     std::ranges::sort(shares, std::greater());
-    constexpr double mayPass = 0.17;
     double passing = 0;
-    for (const auto& [sum, share] : shares) {
+    for (const auto& [likelihood, share] : shares) {
         passing += share;
-        if (passing > mayPass) return sum;
+        if (passing > mayPass) return likelihood;
     }
     return 0;
 }
 
-/// For each row its sum with weights that do not know its voice.
-std::vector<double> sumsOf(const std::vector<Row>& rows, const std::vector<Example>& examples) {
-    const std::vector<double> known = crossValidate(examples);
-    std::vector<double> sums;
-    std::size_t next = 0;
-    for (const Row& row : rows) sums.push_back(row.spoken ? known.at(next++) : 0);
-    return sums;
+bool isRight(const Vocabulary& commands, const Row& row, const Taken& taken) {
+    return taken.candidate != nullptr && commands.names.at(taken.candidate->command) == row.meant;
 }
 
-int learnFrom(const std::string& path) {
-    std::vector<Example> examples;
+double logOdds(double likelihood) {
+    return std::log(likelihood / (1 - likelihood));
+}
+
+int learnFrom(const std::string& path, bool withTranscripts) {
+    constexpr double mayPass = 0.10;
     const Vocabulary commands = vocabulary();
-    const std::vector<Row> rows = readRows(path, commands);
-    const auto isRight = [&commands](const Row& row) {
-        return row.spoken && commands.names.at(row.evidence.command) == row.meant;
-    };
+    const std::vector<Row> rows = readRows(path, commands, withTranscripts);
+    std::vector<Example> examples;
     for (const Row& row : rows) {
-        if (row.spoken) examples.push_back({row.evidence.signals, isRight(row), voiceOf(row)});
+        for (const agent::Candidate& candidate : row.candidates)
+            examples.push_back(
+                {candidate.signals, commands.names.at(candidate.command) == row.meant, row.voice()});
     }
-    const std::vector<double> sums = sumsOf(rows, examples);
-    const double limit = strictness(rows, sums);
+    const std::vector<double> likelihoods = crossValidate(examples);
+    std::vector<Taken> taken;
+    std::size_t next = 0;
+    for (const Row& row : rows) {
+        taken.push_back(likeliest(row, std::span(likelihoods).subspan(next)));
+        next += row.candidates.size();
+    }
+    const double limit = limitFor(mayPass, rows, taken);
     std::map<std::string, std::pair<int, int>> passing;  // how many, and of how many
     for (std::size_t i = 0; i < rows.size(); ++i) {
         auto& [some, all] = passing[rows[i].isCommand() ? "commands" : rows[i].meant];
         ++all;
-        some += rows[i].spoken && sums[i] > limit && (!rows[i].isCommand() || isRight(rows[i])) ? 1 : 0;
+        some += taken[i].likelihood > limit && (!rows[i].isCommand() || isRight(commands, rows[i], taken[i]))
+                    ? 1
+                    : 0;
     }
     for (const auto& [kind, counts] : passing)
         std::cout << "// " << kind << ": " << counts.first << " of " << counts.second << " pass\n";
-    const Weights weights = learn(examples);
-    std::cout << "constexpr double judgeBias = " << weights.bias - limit
-              << ";\nconstexpr Signals judgeWeights{";
+    const agent::JudgeWeights weights = learn(examples);
+    std::cout << "constexpr JudgeWeights weightsWith" << (withTranscripts ? "" : "out") << "Transcript{\n    "
+              << weights.bias - logOdds(limit) << ",\n    {";
     for (std::size_t i = 0; i < weights.weights.size(); ++i)
         std::cout << (i > 0 ? ", " : "") << weights.weights.at(i);
-    std::cout << "};\n";
+    std::cout << "}};\n";
     return 0;
 }
 
-int check(const std::string& path) {
+/// What a row is taken for by the weights as they are.
+Taken judged(const Row& row, bool withTranscripts) {
+    std::vector<double> likelihoods;
+    for (const agent::Candidate& candidate : row.candidates)
+        likelihoods.push_back(agent::judgeWeights(withTranscripts).likelihood(candidate.signals));
+    return likeliest(row, likelihoods);
+}
+
+bool passes(const Taken& taken) {
+    return agent::scoreOf(taken.likelihood) > -60;
+}
+
+int check(const std::string& path, bool withTranscripts) {
     struct Count {
         int all = 0, rightCommand = 0, accepted = 0;
     };
     std::map<std::string, Count> counts;
     double seconds = 0;
     const Vocabulary commands = vocabulary();
-    const auto rows = readRows(path, commands);
+    const auto rows = readRows(path, commands, withTranscripts);
     for (const Row& row : rows) {
-        const bool command = row.isCommand();
-        const bool right = command && row.spoken && commands.names.at(row.evidence.command) == row.meant;
-        for (const std::string& detail : {std::string("all"), row.condition, voiceOf(row)}) {
-            Count& count = counts[(command ? "commands, " : row.meant + ", ") + detail];
+        const Taken taken = judged(row, withTranscripts);
+        const bool right = row.isCommand() && isRight(commands, row, taken);
+        for (const std::string& detail : {std::string("all"), row.condition, row.voice()}) {
+            Count& count = counts[(row.isCommand() ? "commands, " : row.meant + ", ") + detail];
             ++count.all;
             count.rightCommand += right ? 1 : 0;
-            count.accepted += row.passes() && (!command || right) ? 1 : 0;
+            count.accepted += passes(taken) && (!row.isCommand() || right) ? 1 : 0;
         }
         seconds += row.seconds;
     }
@@ -263,14 +301,17 @@ int check(const std::string& path) {
     return 0;
 }
 
-int faults(const std::string& path) {
+int faults(const std::string& path, bool withTranscripts) {
     const Vocabulary commands = vocabulary();
-    for (const Row& row : readRows(path, commands)) {
-        const std::string heard = row.spoken ? commands.names.at(row.evidence.command) : "";
-        if (row.passes() ? heard == row.meant : !row.isCommand()) continue;
-        std::cout << row.file.substr(row.file.rfind('/') + 1) << '\t' << row.condition << '\t' << heard
-                  << '\t' << row.evidence.freeWords << '\t' << std::setprecision(3);
-        for (const double signal : row.evidence.signals) std::cout << signal << ' ';
+    for (const Row& row : readRows(path, commands, withTranscripts)) {
+        const Taken taken = judged(row, withTranscripts);
+        if (passes(taken) ? isRight(commands, row, taken) : !row.isCommand()) continue;
+        std::cout << row.file.substr(row.file.rfind('/') + 1) << '\t' << row.condition << '\t';
+        if (taken.candidate != nullptr) std::cout << commands.names.at(taken.candidate->command);
+        std::cout << '\t' << row.text << '\t' << std::setprecision(3) << taken.likelihood;
+        if (taken.candidate != nullptr) {
+            for (const double signal : taken.candidate->signals) std::cout << ' ' << signal;
+        }
         std::cout << '\n';
     }
     return 0;
@@ -281,7 +322,6 @@ int faults(const std::string& path) {
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const std::string what = arguments.size() > 1 ? arguments[0] : "";
-    if (what == "faults") return faults(arguments[1]);
     if (what == "decode") {
         Selection selection;
         if (arguments.size() > 4)
@@ -289,10 +329,12 @@ int main(int argc, char** argv) {
                          static_cast<unsigned>(std::max(1UL, std::stoul(arguments[4])))};
         return decodeAll(arguments[1], arguments.size() > 2 ? arguments[2] : "both", selection);
     }
-    if (what == "learn") return learnFrom(arguments[1]);
-    if (what == "check") return check(arguments[1]);
-    std::cerr << "usage: velmora-hearing decode LIST [both|turns|varied] [PART PARTS] | learn READINGS | "
-                 "check READINGS | faults "
-                 "READINGS\n";
+    const bool withTranscripts = arguments.size() < 3 || arguments[2] != "sounds";
+    if (what == "faults") return faults(arguments[1], withTranscripts);
+    if (what == "learn") return learnFrom(arguments[1], withTranscripts);
+    if (what == "check") return check(arguments[1], withTranscripts);
+    std::cerr
+        << "usage: velmora-hearing decode LIST [both|turns|varied] [PART PARTS], or learn, check or faults "
+           "READINGS [sounds]\n";
     return 2;
 }
