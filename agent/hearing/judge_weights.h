@@ -5,11 +5,11 @@
 namespace agent {
 
 // Learned by `velmora-hearing`, see docs/hearing.md.
-constexpr JudgeWeights weightsWithTranscript{3.0289,
-                                             {2.09578, 0.86021, -1.44456, -0.539522, -0.125324, 0.98702,
-                                              0.834546, -0.353568, -1.49753, 0.0591705, 0.826434, -1.19675}};
-constexpr JudgeWeights weightsWithoutTranscript{-4.67841,
-                                                {0, 0, 6.22037e-05, -0.649532, -0.42377, 1.83403, 3.09251,
-                                                 1.9353, -3.11231, -0.0950333, -8.21745, -2.73706}};
+constexpr JudgeWeights weightsWithTranscript{2.94749,
+                                             {2.10862, 0.475835, -2.11898, -0.472386, -0.228738, 1.14404,
+                                              1.04556, -0.218548, -2.28106, 0.00533219, 0.685432, -0.547908}};
+constexpr JudgeWeights weightsWithoutTranscript{-4.44442,
+                                                {0, 0, 3.73284e-05, -0.750991, -0.431632, 1.5955, 3.10167,
+                                                 1.47688, -2.88258, -0.107427, -8.56921, -2.43635}};
 
 }  // namespace agent

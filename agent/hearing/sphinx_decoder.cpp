@@ -19,8 +19,8 @@ constexpr double logSound = -4;
 constexpr double logFillingSound = -25;
 
 // How much of what is possible is followed up: a command must not be lost on its way, and there are few.
-constexpr const char* beam = "1e-48";
-constexpr const char* wordBeam = "1e-36";
+constexpr const char* beam = "1e-64";
+constexpr const char* wordBeam = "1e-48";
 
 struct Free {
     void operator()(ps_decoder_t* decoder) const { ps_free(decoder); }
@@ -42,14 +42,13 @@ std::string commandWord(std::size_t command, std::size_t arc) {
 class Engine {
 public:
     bool load(const HearingModel& model) {
-        // An answer is waited for, so that only the two best Gaussians of each sound are looked at.
         // Scores of all senones are needed: with only the active ones, two readings would be measured against
         // different bests. Removing noise is off: it remembers earlier phrases, and what it leaves of a
         // phrase is recognised less often.
         const std::unique_ptr<cmd_ln_t, Free> config(
             cmd_ln_init(nullptr, ps_args(), TRUE, "-hmm", model.acoustic.c_str(), "-fwdflat", "no",
                         "-bestpath", "no", "-beam", beam, "-pbeam", beam, "-wbeam", wordBeam, "-compallsen",
-                        "yes", "-topn", "2", "-remove_silence", "no", "-remove_noise", "no", nullptr));
+                        "yes", "-remove_silence", "no", "-remove_noise", "no", nullptr));
         if (config) decoder_.reset(ps_init(config.get()));
         return decoder_ != nullptr;
     }

@@ -14,7 +14,6 @@
 namespace {
 
 using namespace agent;
-using testing::ElementsAre;
 using velmora::ScratchFolder;
 
 /// Tokens for single letters, and for these words and parts of words.
@@ -40,6 +39,7 @@ protected:
 
     std::vector<CommandGraph> graphs(const std::vector<std::string>& grammars) const {
         std::vector<CommandGraph> graphs;
+        graphs.reserve(grammars.size());
         for (const std::string& grammar : grammars)
             graphs.push_back(
                 makeCommandGraph(grammar, *dictionary_, [](std::string_view) { return Phones{0}; }));
