@@ -97,7 +97,8 @@ double lengthOf(const std::string& text) {
 /// The signals of a command; the first ones are 0 without a transcript, the middle ones where another command
 /// was aligned with the sound.
 Signals signalsOf(const Readings& readings, const Candidate& candidate, const Alignment* alignment,
-                  const std::vector<double>& distances, std::optional<double> logLikelihood) {
+                  const std::vector<double>& distances, const std::optional<Transcript>& transcript,
+                  std::optional<double> logLikelihood) {
     constexpr double usualPace = 2.1;  // logarithm of the frames for each sound
     constexpr double hopeless = -25;
     const double length =
@@ -107,11 +108,10 @@ Signals signalsOf(const Readings& readings, const Candidate& candidate, const Al
     const double rival = nearestOther(distances, candidate.command);
     double lost = 0;
     double doubt = 0;
-    if (readings.transcript) {
-        const Transcript& transcript = *readings.transcript;
+    if (transcript) {
         lost =
-            logLikelihood ? std::clamp(*logLikelihood - transcript.logLikelihood, hopeless, 5.0) : hopeless;
-        doubt = transcript.logLikelihood / lengthOf(transcript.text);
+            logLikelihood ? std::clamp(*logLikelihood - transcript->logLikelihood, hopeless, 5.0) : hopeless;
+        doubt = transcript->logLikelihood / lengthOf(transcript->text);
     }
     const Alignment none;
     const Alignment& aligned = alignment == nullptr ? none : *alignment;
@@ -151,19 +151,24 @@ std::vector<Candidate> candidates(const std::vector<CommandGraph>& graphs, const
     const auto aligned = commandOf(readings.command);
     const Alignment alignment = align(readings.command, readings.sounds);
     std::vector<Candidate> all;
-    const auto add = [&](std::size_t command, const std::string& words, std::optional<double> logLikelihood) {
-        Candidate& candidate = all.emplace_back(Candidate{.command = command, .words = words});
-        candidate.signals =
-            signalsOf(readings, candidate, command == aligned ? &alignment : nullptr, far, logLikelihood);
-    };
-    bool written = false;
-    if (readings.transcript) {
-        for (const auto& [command, words, logLikelihood] : readings.transcript->commands) {
-            add(command, words, logLikelihood);
-            written = written || command == aligned;
+    const auto addFrom = [&](const std::optional<Transcript>& transcript) {
+        const auto add = [&](std::size_t command, const std::string& words,
+                             std::optional<double> logLikelihood) {
+            Candidate& candidate = all.emplace_back(Candidate{.command = command, .words = words});
+            candidate.signals = signalsOf(readings, candidate, command == aligned ? &alignment : nullptr, far,
+                                          transcript, logLikelihood);
+        };
+        bool written = false;
+        if (transcript) {
+            for (const auto& [command, words, logLikelihood] : transcript->commands) {
+                add(command, words, logLikelihood);
+                written = written || command == aligned;
+            }
         }
-    }
-    if (aligned && !written) add(*aligned, wordsOf(readings.command), {});
+        if (aligned && !written) add(*aligned, wordsOf(readings.command), {});
+    };
+    addFrom(readings.transcript);
+    if (readings.slower) addFrom(readings.slower);
     return all;
 }
 
@@ -186,19 +191,21 @@ std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Read
     if (ranked.empty()) return {};
     std::ranges::stable_sort(ranked, std::greater(), [](const auto& entry) { return entry.first; });
     Verdict verdict{std::move(ranked.front().second), ranked.front().first, {}};
-    for (std::size_t i = 1; i < ranked.size(); ++i) verdict.runnersUp.push_back(ranked[i].second.command);
-
     // Then those that sound alike.
     const std::vector<double> far = distances(graphs, readings.sounds);
     std::vector<std::size_t> others;
     for (std::size_t command = 0; command < graphs.size(); ++command) {
-        if (command != verdict.best.command && !graphs[command].empty() &&
-            std::ranges::find(verdict.runnersUp, command) == verdict.runnersUp.end())
-            others.push_back(command);
+        if (!graphs[command].empty()) others.push_back(command);
     }
     std::ranges::stable_sort(others, {}, [&far](std::size_t command) { return far[command]; });
-    verdict.runnersUp.insert(verdict.runnersUp.end(), others.begin(), others.end());
-    verdict.runnersUp.resize(std::min<std::size_t>(verdict.runnersUp.size(), 2));
+    const auto addRunnerUp = [&verdict](std::size_t command) {
+        constexpr std::size_t most = 2;
+        if (command != verdict.best.command && verdict.runnersUp.size() < most &&
+            std::ranges::find(verdict.runnersUp, command) == verdict.runnersUp.end())
+            verdict.runnersUp.push_back(command);
+    };
+    for (const auto& [likelihood, candidate] : ranked) addRunnerUp(candidate.command);
+    for (const std::size_t command : others) addRunnerUp(command);
     return verdict;
 }
 

@@ -17,6 +17,7 @@ struct Readings {
     Reading command;
     Reading sounds;
     std::optional<Transcript> transcript = {};  ///< none without the model for it
+    std::optional<Transcript> slower = {};      ///< the same of the phrase played more slowly, if it was
 };
 
 /// The command that the words of a reading belong to, if there is a word in it.

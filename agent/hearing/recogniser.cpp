@@ -31,6 +31,19 @@ Samples prepare(std::span<const std::int16_t> samples) {
     return prepared;
 }
 
+/// The same played more slowly, and thus lower, by linear interpolation.
+Samples stretched(std::span<const std::int16_t> samples, double factor) {
+    Samples result(static_cast<std::size_t>(static_cast<double>(samples.size()) * factor));
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        const double at = static_cast<double>(i) / factor;
+        const auto left = std::min(static_cast<std::size_t>(at), samples.size() - 1);
+        const auto right = std::min(left + 1, samples.size() - 1);
+        result[i] = static_cast<std::int16_t>(std::lround(std::lerp(
+            static_cast<double>(samples[left]), static_cast<double>(samples[right]), at - std::floor(at))));
+    }
+    return result;
+}
+
 /// Whether there is nothing but the noise of the samples' own steps.
 bool isSilence(std::span<const std::int16_t> samples) {
     constexpr int steps = 20;
@@ -64,11 +77,12 @@ Recogniser::Recogniser(const std::vector<std::string>& grammars, std::vector<Com
       decoder_(std::move(decoder)),
       transcriber_(std::move(transcriber)) {}
 
-void Recogniser::addCommand(Transcript& transcript, std::size_t command) {
-    if (std::ranges::find(transcript.commands, command, &Transcript::Command::command) !=
-        transcript.commands.end())
+void Recogniser::addCommand(Transcript& transcript, const Reading& reading) {
+    const auto command = commandOf(reading);
+    if (!command || std::ranges::find(transcript.commands, *command, &Transcript::Command::command) !=
+                        transcript.commands.end())
         return;
-    if (auto written = transcriber_->asCommand(command)) transcript.commands.push_back(std::move(*written));
+    if (auto written = transcriber_->asCommand(*command)) transcript.commands.push_back(std::move(*written));
 }
 
 Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop_token& stop) {
@@ -82,23 +96,36 @@ Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop
     Readings readings{.command = decoder_->asCommand(prepared), .sounds = sounds.get()};
     try {
         readings.transcript = transcript.get();
-        const auto command = commandOf(readings.command);
-        if (readings.transcript && command && !stop.stop_requested())
-            addCommand(*readings.transcript, *command);
+        if (readings.transcript && !stop.stop_requested()) addCommand(*readings.transcript, readings.command);
     } catch (const std::exception&) {
         readings.transcript.reset();  // the model has failed: one hears less well without it
     }
     return readings;
 }
 
+void Recogniser::readSlower(std::span<const std::int16_t> samples, Readings& readings) {
+    constexpr double howMuch = 1.1;
+    if (!readings.transcript) return;
+    try {
+        readings.slower = transcriber_->transcribe(stretched(samples, howMuch));
+        addCommand(*readings.slower, readings.command);
+    } catch (const std::exception&) {
+        readings.slower.reset();
+    }
+}
+
 std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> samples,
                                                  const std::stop_token& stop) {
     if (isSilence(samples)) return {};
-    const Readings readings = read(samples, stop);
-    if (stop.stop_requested()) return {};
+    Readings readings = read(samples, stop);
     HeardPhrase phrase{.words = {}, .command = {}, .score = scoreOf(0), .runnersUp = {}};
     if (readings.transcript) phrase.words = shownWords(readings.transcript->text);
     auto verdict = judge(graphs_, readings);
+    if (!stop.stop_requested() && (!verdict || scoreOf(verdict->likelihood) <= -60)) {
+        readSlower(samples, readings);
+        verdict = judge(graphs_, readings);
+    }
+    if (stop.stop_requested()) return {};
     if (!verdict) return phrase.words.empty() ? std::nullopt : std::optional(phrase);
     phrase.score = scoreOf(verdict->likelihood);
     if (phrase.score > -60) phrase.words = verdict->best.words;

@@ -41,6 +41,9 @@ public:
     /// The phrase as a command, as any sounds and as a text; for those who study it.
     Readings read(std::span<const std::int16_t> samples, const std::stop_token& stop = {});
 
+    /// Adds what the phrase is when it is played more slowly, which helps with quick and with high voices.
+    void readSlower(std::span<const std::int16_t> samples, Readings& readings);
+
     /// What may be said for each of the grammars.
     const std::vector<CommandGraph>& graphs() const { return graphs_; }
 
@@ -49,7 +52,7 @@ private:
                std::unique_ptr<Decoder> decoder, std::unique_ptr<Transcriber> transcriber);
 
     /// Has the transcriber look for a command that it has not thought of.
-    void addCommand(Transcript& transcript, std::size_t command);
+    void addCommand(Transcript& transcript, const Reading& reading);
 
     VoiceVocabulary vocabulary_;
     std::vector<CommandGraph> graphs_;

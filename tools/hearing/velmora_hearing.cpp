@@ -123,12 +123,14 @@ void decode(agent::Recogniser& recogniser, const std::vector<std::string>& entry
             const agent::Samples& samples, const char* condition) {
     for (const agent::Samples& phrase : agent::findPhrases(samples)) {
         const std::clock_t start = std::clock();
-        const agent::Readings readings = recogniser.read(phrase);
+        agent::Readings readings = recogniser.read(phrase);
         const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+        recogniser.readSlower(phrase, readings);
         std::cout << entry.at(0) << '\t' << condition << '\t' << entry.at(1) << '\t' << seconds;
         for (const auto* reading : {&readings.command, &readings.sounds})
             std::cout << '\t' << readingText(*reading);
-        std::cout << '\t' << transcriptText(readings.transcript);
+        for (const auto* transcript : {&readings.transcript, &readings.slower})
+            std::cout << '\t' << transcriptText(*transcript);
         std::cout << std::endl;
     }
 }
@@ -177,10 +179,13 @@ std::vector<Row> readRows(const std::string& path, const Vocabulary& commands, b
     for (std::string line; std::getline(in, line);) {
         auto fields = fieldsOf(line);
         if (fields.size() < 4) continue;
-        fields.resize(7);
+        fields.resize(8);
         Row row{fields[0], fields[1], fields[2], std::stod(fields[3])};
         agent::Readings readings{readReading(fields[4]), readReading(fields[5])};
-        if (withTranscripts) readings.transcript = readTranscript(fields[6]);
+        if (withTranscripts) {
+            readings.transcript = readTranscript(fields[6]);
+            readings.slower = readTranscript(fields[7]);
+        }
         if (readings.transcript) row.text = readings.transcript->text;
         row.candidates = agent::candidates(graphs, readings);
         // As the program does: the same words may serve several commands.
