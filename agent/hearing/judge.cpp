@@ -38,7 +38,7 @@ Phones phonesOf(const Reading& reading) {
 
 /// How the words of a command lie in the sound.
 struct Alignment {
-    Phones phones = {};
+    double sounds = 0;    ///< in its words
     double gap = 0;       ///< how much better free sounds explain a frame of them
     double worstGap = 0;  ///< of the worst word
     double slowest = 1;   ///< frames for each sound of the most drawn-out word
@@ -46,16 +46,17 @@ struct Alignment {
     double stray = 0;     ///< the share of the phrase that other sounds take up
 };
 
-Alignment align(const Reading& command, const Reading& sounds) {
+Alignment align(const Reading& command, const Reading& free) {
     Alignment alignment{.slowest = 0, .fastest = std::numeric_limits<double>::max()};
     int frames = 0;
     for (const HeardPiece& piece : command) {
         if (piece.kind != Kind::word) continue;
-        alignment.phones.insert(alignment.phones.end(), piece.phones.begin(), piece.phones.end());
-        const double lost = fitWithin(sounds, piece.first, piece.frames) - piece.fit;
+        const auto sounds = static_cast<double>(piece.phones.size());
+        alignment.sounds += sounds;
+        const double lost = fitWithin(free, piece.first, piece.frames) - piece.fit;
         alignment.gap += lost;
         alignment.worstGap = std::max(alignment.worstGap, lost / piece.frames);
-        const double pace = static_cast<double>(piece.frames) / static_cast<double>(piece.phones.size());
+        const double pace = piece.frames / sounds;
         alignment.slowest = std::max(alignment.slowest, pace);
         alignment.fastest = std::min(alignment.fastest, pace);
         frames += piece.frames;
@@ -101,8 +102,7 @@ Signals signalsOf(const Readings& readings, const Candidate& candidate, const Al
                   std::optional<double> logLikelihood) {
     constexpr double usualPace = 2.1;  // logarithm of the frames for each sound
     constexpr double hopeless = -25;
-    const double length =
-        alignment == nullptr ? lengthOf(candidate.words) : static_cast<double>(alignment->phones.size());
+    const double length = alignment == nullptr ? lengthOf(candidate.words) : alignment->sounds;
     const double spoken = std::max(framesOf(readings.sounds, Kind::sound), 1);
     const double distance = distances.at(candidate.command);
     const double rival = nearestOther(distances, candidate.command);
@@ -131,23 +131,8 @@ Signals signalsOf(const Readings& readings, const Candidate& candidate, const Al
     };
 }
 
-}  // namespace
-
-std::optional<std::size_t> commandOf(const Reading& reading) {
-    const auto word = std::ranges::find(reading, Kind::word, &HeardPiece::kind);
-    return word == reading.end() ? std::nullopt : std::optional(word->command);
-}
-
-std::string wordsOf(const Reading& reading) {
-    std::string words;
-    for (const HeardPiece& piece : reading) {
-        if (!piece.word.empty()) words.append(words.empty() ? "" : " ").append(piece.word);
-    }
-    return words;
-}
-
-std::vector<Candidate> candidates(const std::vector<CommandGraph>& graphs, const Readings& readings) {
-    const std::vector<double> far = distances(graphs, readings.sounds);
+/// The candidates, with the distances of all commands.
+std::vector<Candidate> candidates(const Readings& readings, const std::vector<double>& far) {
     const auto aligned = commandOf(readings.command);
     const Alignment alignment = align(readings.command, readings.sounds);
     std::vector<Candidate> all;
@@ -172,6 +157,25 @@ std::vector<Candidate> candidates(const std::vector<CommandGraph>& graphs, const
     return all;
 }
 
+}  // namespace
+
+std::optional<std::size_t> commandOf(const Reading& reading) {
+    const auto word = std::ranges::find(reading, Kind::word, &HeardPiece::kind);
+    return word == reading.end() ? std::nullopt : std::optional(word->command);
+}
+
+std::string wordsOf(const Reading& reading) {
+    std::string words;
+    for (const HeardPiece& piece : reading) {
+        if (!piece.word.empty()) words.append(words.empty() ? "" : " ").append(piece.word);
+    }
+    return words;
+}
+
+std::vector<Candidate> candidates(const std::vector<CommandGraph>& graphs, const Readings& readings) {
+    return candidates(readings, distances(graphs, readings.sounds));
+}
+
 double JudgeWeights::likelihood(const Signals& signals) const {
     double sum = bias;
     for (std::size_t i = 0; i < signals.size(); ++i) sum += weights.at(i) * signals.at(i);
@@ -183,16 +187,16 @@ const JudgeWeights& judgeWeights(bool withTranscript) {
 }
 
 std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Readings& readings) {
+    const std::vector<double> far = distances(graphs, readings.sounds);
     std::vector<std::pair<double, Candidate>> ranked;
-    for (Candidate& candidate : candidates(graphs, readings)) {
+    for (Candidate& candidate : candidates(readings, far)) {
         const bool written = readings.transcript && !graphs.at(candidate.command).unwritable;
         ranked.emplace_back(judgeWeights(written).likelihood(candidate.signals), std::move(candidate));
     }
     if (ranked.empty()) return {};
     std::ranges::stable_sort(ranked, std::greater(), [](const auto& entry) { return entry.first; });
     Verdict verdict{std::move(ranked.front().second), ranked.front().first, {}};
-    // Then those that sound alike.
-    const std::vector<double> far = distances(graphs, readings.sounds);
+    // The other candidates, then those that sound alike.
     std::vector<std::size_t> others;
     for (std::size_t command = 0; command < graphs.size(); ++command) {
         if (!graphs[command].empty()) others.push_back(command);
@@ -210,7 +214,7 @@ std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Read
 }
 
 int scoreOf(double likelihood) {
-    constexpr double floor = -60;
+    constexpr double floor = noCommandScore;
     const double even = 0.5;
     const double score = likelihood <= even ? floor - 40 * (even - likelihood) / even
                                             : floor + 1 + 159 * (likelihood - even) / (1 - even);

@@ -60,7 +60,10 @@ struct Verdict {
 };
 std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Readings& readings);
 
-/// The score of a likelihood, -100 to 100: a phrase that is more likely none has -60 or less.
+/// At and below this score a phrase is taken for no command.
+constexpr int noCommandScore = -60;
+
+/// The score of a likelihood, -100 to 100: a phrase that is more likely none has `noCommandScore` or less.
 int scoreOf(double likelihood);
 
 }  // namespace agent

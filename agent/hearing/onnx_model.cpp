@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <exception>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 #include "agent/hearing/writing_model.h"
@@ -60,8 +62,12 @@ struct Block {
     }
 };
 
-Block blockOf(const Ort::Value& value) {
+/// Throws std::runtime_error if these are not numbers in so many rows.
+Block blockOf(const Ort::Value& value, std::size_t rows) {
     const auto form = value.GetTensorTypeAndShapeInfo();
+    if (form.GetElementType() != ONNX_TENSOR_ELEMENT_DATA_TYPE_FLOAT || form.GetShape().empty() ||
+        form.GetShape().front() != static_cast<std::int64_t>(rows) || form.GetElementCount() == 0)
+        throw std::runtime_error("the model of speech is another one");
     const auto* data = value.GetTensorData<float>();
     return {std::vector<float>(data, data + form.GetElementCount()), form.GetShape()};
 }
@@ -108,7 +114,7 @@ public:
         const char* inputName = "input_values";
         const char* outputName = "last_hidden_state";
         auto heard = encoder_.Run(Ort::RunOptions{nullptr}, &inputName, &input, 1, &outputName, 1);
-        sound_ = blockOf(heard.front());
+        sound_ = blockOf(heard.front(), 1);
         soundMemory_.assign(soundNames_.taken.size(), {{}, {0, heads, 1, headWidth}});
         textMemory_ = soundMemory_;
         const Token first = Tokens::begin;
@@ -174,13 +180,14 @@ private:
         }
         const auto given = decoder_.Run(Ort::RunOptions{nullptr}, names.data(), inputs.data(), inputs.size(),
                                         outputs.data(), outputs.size());
-        for (std::size_t i = 0; i < textMemory_.size(); ++i) textMemory_[i] = blockOf(given[1 + i]);
+        for (std::size_t i = 0; i < textMemory_.size(); ++i) textMemory_[i] = blockOf(given[1 + i], rows);
         if (!again) {
             for (std::size_t i = 0; i < soundMemory_.size(); ++i)
-                soundMemory_[i] = blockOf(given[1 + textMemory_.size() + i]);
+                soundMemory_[i] = blockOf(given[1 + textMemory_.size() + i], rows);
         }
-        Block logits = blockOf(given.front());
-        return {std::move(logits.values), static_cast<std::size_t>(logits.shape.back())};
+        Block logits = blockOf(given.front(), rows);
+        const std::size_t width = logits.values.size() / rows;
+        return {std::move(logits.values), width};
     }
 
     Ort::Env environment_ = environment();
@@ -205,7 +212,7 @@ std::unique_ptr<WritingModel> WritingModel::load(const std::string& folder) {
     std::call_once(once, [library] { Ort::InitApi(library); });
     try {
         return std::make_unique<OnnxModel>(folder);
-    } catch (const Ort::Exception&) {
+    } catch (const std::exception&) {
         return nullptr;
     }
 }

@@ -26,7 +26,7 @@ public:
 
     /// Whether somebody is speaking.
     bool speaking() const { return speaking_; }
-    /// Whether a phrase is under way that may have ended: nobody has spoken for 0.06 seconds.
+    /// Whether a phrase is under way that may have ended: nobody has spoken for 0.04 seconds.
     bool pausing() const;
     /// The phrase as it will be if it ends with this pause.
     Samples phraseUpToPause() const;

@@ -29,7 +29,7 @@ void PhraseReader::beginEarly() {
 }
 
 bool PhraseReader::isUnderstood() {
-    return answer_ && *answer_ && (*answer_)->score > -60 && !(*answer_)->mayGoOn;
+    return answer_ && *answer_ && (*answer_)->score > noCommandScore && !(*answer_)->mayGoOn;
 }
 
 bool PhraseReader::finish() {

@@ -103,12 +103,13 @@ Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop
     return readings;
 }
 
-void Recogniser::readSlower(std::span<const std::int16_t> samples, Readings& readings) {
+void Recogniser::readSlower(std::span<const std::int16_t> samples, Readings& readings,
+                            const std::stop_token& stop) {
     constexpr double howMuch = 1.1;
     if (!readings.transcript) return;
     try {
-        readings.slower = transcriber_->transcribe(stretched(samples, howMuch));
-        addCommand(*readings.slower, readings.command);
+        readings.slower = transcriber_->transcribe(stretched(samples, howMuch), stop);
+        if (!stop.stop_requested()) addCommand(*readings.slower, readings.command);
     } catch (const std::exception&) {
         readings.slower.reset();
     }
@@ -121,14 +122,14 @@ std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> s
     HeardPhrase phrase{.words = {}, .command = {}, .score = scoreOf(0), .runnersUp = {}};
     if (readings.transcript) phrase.words = shownWords(readings.transcript->text);
     auto verdict = judge(graphs_, readings);
-    if (!stop.stop_requested() && (!verdict || scoreOf(verdict->likelihood) <= -60)) {
-        readSlower(samples, readings);
+    if (!stop.stop_requested() && (!verdict || scoreOf(verdict->likelihood) <= noCommandScore)) {
+        readSlower(samples, readings, stop);
         verdict = judge(graphs_, readings);
     }
     if (stop.stop_requested()) return {};
     if (!verdict) return phrase.words.empty() ? std::nullopt : std::optional(phrase);
     phrase.score = scoreOf(verdict->likelihood);
-    if (phrase.score > -60) phrase.words = verdict->best.words;
+    if (phrase.score > noCommandScore) phrase.words = verdict->best.words;
     phrase.command = verdict->best.command;
     // Where the same words serve several commands, written and spoken words agree on which one is meant.
     const auto written = vocabulary_.recognise(

@@ -20,7 +20,7 @@ namespace agent {
 struct HeardPhrase {
     std::string words;                   ///< as they were heard
     std::optional<std::size_t> command;  ///< the likeliest, an index into the grammars; none: it fits none
-    int score = 0;                       ///< -100 to 100; -60 or less: it was most likely no command
+    int score = 0;                       ///< -100 to 100; `noCommandScore` or less: it was most likely none
     std::vector<std::size_t> runnersUp;  ///< at most two other commands, the likelier first
     bool mayGoOn = false;                ///< another command begins with these words
 };
@@ -42,7 +42,8 @@ public:
     Readings read(std::span<const std::int16_t> samples, const std::stop_token& stop = {});
 
     /// Adds what the phrase is when it is played more slowly, which helps with quick and with high voices.
-    void readSlower(std::span<const std::int16_t> samples, Readings& readings);
+    void readSlower(std::span<const std::int16_t> samples, Readings& readings,
+                    const std::stop_token& stop = {});
 
     /// What may be said for each of the grammars.
     const std::vector<CommandGraph>& graphs() const { return graphs_; }

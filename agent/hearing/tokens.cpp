@@ -1,6 +1,5 @@
 #include "agent/hearing/tokens.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <utility>

@@ -13,6 +13,17 @@
 #include "agent/hearing/decoder.h"
 
 namespace agent {
+
+/// One text under way.
+struct Transcriber::Hypothesis {
+    WritingGraph::Places places;  ///< none: it is written freely
+    double logLikelihood = 0;
+    std::size_t row = 0;  ///< of the model's last answer
+    Token token = 0;      ///< the last one
+
+    bool free() const { return places.empty(); }
+};
+
 namespace {
 
 constexpr double rate = 16000;
@@ -29,16 +40,6 @@ constexpr double wildToken = -0.5;
 constexpr std::size_t wildChoices = 3;
 
 constexpr double never = -std::numeric_limits<double>::infinity();
-
-/// One text under way.
-struct Hypothesis {
-    WritingGraph::Places places;  ///< none: it is written freely
-    double logLikelihood = 0;
-    std::size_t row = 0;  ///< of the model's last answer
-    Token token = 0;      ///< the last one
-
-    bool free() const { return places.empty(); }
-};
 
 /// The likelihoods of the tokens that may come next in one text.
 class Likelihoods {
@@ -85,8 +86,10 @@ private:
     double base_ = 0;
 };
 
+}  // namespace
+
 /// The search for the likeliest texts.
-class Search {
+class Transcriber::Search {
 public:
     Search(const WritingGraph& graph, const Tokens& tokens, std::vector<Hypothesis> begin)
         : graph_(graph), under_(std::move(begin)) {
@@ -199,6 +202,8 @@ private:
     std::vector<Transcript::Command> ended_;
 };
 
+namespace {
+
 /// The phrase as loud as the model likes it.
 std::vector<float> prepare(std::span<const std::int16_t> samples) {
     constexpr float usualPeak = 0.5F;
@@ -228,21 +233,23 @@ std::unique_ptr<Transcriber> Transcriber::load(const std::string& folder,
 
 Transcript Transcriber::transcribe(std::span<const std::int16_t> samples, const std::stop_token& stop) {
     mostSteps_ = static_cast<int>(static_cast<double>(samples.size()) / rate * mostTokensASecond);
-    Search search(graph_, tokens_, {{}, {.places = graph_.begin()}});
-    auto texts = search.step(model_->hear(prepare(samples)));
-    for (int step = 0; step < mostSteps_ && !texts.empty() && !stop.stop_requested(); ++step)
-        texts = search.step(model_->goOn(texts));
-    return std::move(search).result(tokens_);
+    return follow({{}, {.places = graph_.begin()}}, model_->hear(prepare(samples)), stop);
 }
 
 std::optional<Transcript::Command> Transcriber::asCommand(std::size_t command) {
     const auto begin = graph_.begin(command);
     if (begin.empty()) return {};
-    Search search(graph_, tokens_, {{.places = begin}});
-    auto texts = search.step(model_->again());
-    for (int step = 0; step < mostSteps_ && !texts.empty(); ++step) texts = search.step(model_->goOn(texts));
-    const auto commands = std::move(search).result(tokens_).commands;
+    const auto commands = follow({{.places = begin}}, model_->again(), {}).commands;
     return commands.empty() ? std::nullopt : std::optional(commands.front());
+}
+
+Transcript Transcriber::follow(std::vector<Hypothesis> begin, const NextTokens& first,
+                               const std::stop_token& stop) {
+    Search search(graph_, tokens_, std::move(begin));
+    auto texts = search.step(first);
+    for (int step = 0; step < mostSteps_ && !texts.empty() && !stop.stop_requested(); ++step)
+        texts = search.step(model_->goOn(texts));
+    return std::move(search).result(tokens_);
 }
 
 }  // namespace agent

@@ -45,6 +45,12 @@ public:
     std::optional<Transcript::Command> asCommand(std::size_t command);
 
 private:
+    struct Hypothesis;
+    class Search;
+
+    /// Follows texts from where they begin, and from the model's first answer.
+    Transcript follow(std::vector<Hypothesis> begin, const NextTokens& first, const std::stop_token& stop);
+
     std::unique_ptr<WritingModel> model_;
     Tokens tokens_;
     WritingGraph graph_;

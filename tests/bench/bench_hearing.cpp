@@ -70,7 +70,7 @@ void reportRates(agent::Recogniser& recogniser, const std::vector<std::string>& 
             bool passes = false;
             for (const agent::Samples& piece : agent::findPhrases(samples)) {
                 const auto heard = recogniser.recognise(piece);
-                passes = heard && heard->command && heard->score > -60 &&
+                passes = heard && heard->command && heard->score > agent::noCommandScore &&
                          (!command || names.at(*heard->command) == phrase.command);
             }
             ++(command ? commands : others);

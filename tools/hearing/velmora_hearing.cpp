@@ -13,10 +13,9 @@
 //
 // With "sounds" behind READINGS, the last three do without transcripts, as where their model is missing.
 //
-// A line of LIST is FILE<TAB>COMMAND, with -random, -near or -alike (but for a sound or two) for a phrase
-// that is no command; `synthesise` writes such lists. Each file is read clean and with noise 20 dB below the
-// voice (both; the default), or in these ways by turns, or varied: by turns clean and with noise 15, 20 and
-// 25 dB below.
+// A line of LIST is FILE<TAB>COMMAND, with -random or -near for a phrase that is no command; `synthesise`
+// writes such lists. Each file is read clean and with noise 20 dB below the voice (both; the default), or in
+// these ways by turns, or varied: by turns clean and with noise 15, 20 and 25 dB below.
 
 #include <algorithm>
 #include <cmath>
@@ -60,6 +59,7 @@ struct Row {
     double seconds = 0;
     std::string text = {};  ///< of its transcript, if it has one
     std::vector<agent::Candidate> candidates = {};
+    std::size_t atFirst = 0;  ///< so many of them, before the phrase was played more slowly
 
     bool isCommand() const { return !meant.starts_with(noCommand); }
     std::string voice() const {
@@ -74,10 +74,10 @@ struct Taken {
     const agent::Candidate* candidate = nullptr;
 };
 
-/// The likeliest of a row's candidates; `likelihoods` has one for each.
-Taken likeliest(const Row& row, std::span<const double> likelihoods) {
+/// The likeliest of a row's first candidates; `likelihoods` has one for each.
+Taken likeliest(const Row& row, std::span<const double> likelihoods, std::size_t count) {
     Taken taken;
-    for (std::size_t i = 0; i < row.candidates.size(); ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         if (likelihoods[i] > taken.likelihood) taken = {likelihoods[i], &row.candidates[i]};
     }
     return taken;
@@ -182,11 +182,12 @@ std::vector<Row> readRows(const std::string& path, const Vocabulary& commands, b
         fields.resize(8);
         Row row{fields[0], fields[1], fields[2], std::stod(fields[3])};
         agent::Readings readings{readReading(fields[4]), readReading(fields[5])};
-        if (withTranscripts) {
-            readings.transcript = readTranscript(fields[6]);
+        if (withTranscripts) readings.transcript = readTranscript(fields[6]);
+        row.atFirst = agent::candidates(graphs, readings).size();
+        if (readings.transcript) {
+            row.text = readings.transcript->text;
             readings.slower = readTranscript(fields[7]);
         }
-        if (readings.transcript) row.text = readings.transcript->text;
         row.candidates = agent::candidates(graphs, readings);
         // As the program does: the same words may serve several commands.
         for (agent::Candidate& candidate : row.candidates) {
@@ -198,19 +199,18 @@ std::vector<Row> readRows(const std::string& path, const Vocabulary& commands, b
     return rows;
 }
 
-/// The likelihood above which so many of the phrases that are no command pass, both of their kinds counting
+/// The likelihood above which so many of the phrases that are no command pass, all of their kinds counting
 /// the same, however many there are of each.
 double limitFor(double mayPass, const std::vector<Row>& rows, const std::vector<Taken>& taken) {
-    std::map<bool, double> kinds;  // random ones and the others
-    const auto isRandom = [](const Row& row) { return row.meant == "-random"; };
+    std::map<std::string, double> kinds;
     for (const Row& row : rows) {
-        if (!row.isCommand()) ++kinds[isRandom(row)];
+        if (!row.isCommand()) ++kinds[row.meant];
     }
     std::vector<std::pair<double, double>> shares;  // from the likelihood on that it passes with
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (!rows[i].isCommand())
             shares.emplace_back(taken[i].likelihood,
-                                1 / kinds.at(isRandom(rows[i])) / static_cast<double>(kinds.size()));
+                                1 / kinds.at(rows[i].meant) / static_cast<double>(kinds.size()));
     }
     std::ranges::sort(shares, std::greater());
     double passing = 0;
@@ -243,7 +243,7 @@ int learnFrom(const std::string& path, bool withTranscripts) {
     std::vector<Taken> taken;
     std::size_t next = 0;
     for (const Row& row : rows) {
-        taken.push_back(likeliest(row, std::span(likelihoods).subspan(next)));
+        taken.push_back(likeliest(row, std::span(likelihoods).subspan(next), row.candidates.size()));
         next += row.candidates.size();
     }
     const double limit = limitFor(mayPass, rows, taken);
@@ -266,16 +266,17 @@ int learnFrom(const std::string& path, bool withTranscripts) {
     return 0;
 }
 
+bool passes(const Taken& taken) {
+    return agent::scoreOf(taken.likelihood) > agent::noCommandScore;
+}
+
 /// What a row is taken for by the weights as they are.
 Taken judged(const Row& row, bool withTranscripts) {
     std::vector<double> likelihoods;
     for (const agent::Candidate& candidate : row.candidates)
         likelihoods.push_back(agent::judgeWeights(withTranscripts).likelihood(candidate.signals));
-    return likeliest(row, likelihoods);
-}
-
-bool passes(const Taken& taken) {
-    return agent::scoreOf(taken.likelihood) > -60;
+    const Taken first = likeliest(row, likelihoods, row.atFirst);
+    return passes(first) ? first : likeliest(row, likelihoods, row.candidates.size());
 }
 
 int check(const std::string& path, bool withTranscripts) {
