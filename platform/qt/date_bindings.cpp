@@ -1,5 +1,6 @@
 #include "platform/qt/date_bindings.h"
 
+#include <QAbstractItemView>
 #include <QDate>
 #include <QTextCharFormat>
 #include <QTime>
@@ -81,6 +82,9 @@ void MonthViewBinding::chosen(QDate date) {
 void MonthViewBinding::show() {
     const QDate date = toQDate(model_.Value.peek().date);
     if (widget_.selectedDate() != date) widget_.setSelectedDate(date);
+    // The days' own table has the keyboard; a screen reader would find neither a name nor a month there.
+    if (auto* days = widget_.findChild<QAbstractItemView*>())
+        days->setAccessibleName(widget_.locale().toString(date, QLocale::LongFormat));
     if (marked_ != model_.marked()) mark();
 }
 

@@ -37,6 +37,13 @@ void setText(QLabel& label, const QString& text, int widest) {
     label.setVisible(!text.isEmpty());
 }
 
+// Whoever hears the hint does not see what it introduces.
+QString spokenHint(const QString& hint, const std::vector<HeardTipWindow::Choice>& choices) {
+    QStringList captions;
+    for (const auto& choice : choices) captions.append(shown(choice.caption));
+    return captions.isEmpty() ? hint : hint + u' ' + captions.join(QStringLiteral(", "));
+}
+
 }  // namespace
 
 HeardTipWindow::HeardTipWindow(std::function<QRect()> figure)
@@ -62,6 +69,7 @@ HeardTipWindow::HeardTipWindow(std::function<QRect()> figure)
     layout_.setSizeConstraint(QLayout::SetFixedSize);
     hiding_.setSingleShot(true);
     connect(&hiding_, &QTimer::timeout, this, [this] { hideUnlessUsed(); });
+    setAccessibleName(tr("Hearing"));  // what it says, its labels tell
     // Owned by the toolkit from here on, and gone with the widget.
     QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Notification));
 }
@@ -76,13 +84,14 @@ void HeardTipWindow::fill(const QString& text, std::vector<Choice> choices, cons
                                 screenOf(figure_())->availableSize().width() * 2 / 5);
     setText(label_, text.size() > longest ? text.left(longest) + u'\u2026' : text, widest);
     setText(hint_, hint, widest);
+    setWindowTitle(hint.isEmpty() ? text : text + QStringLiteral(". ") + hint);
+    hint_.setAccessibleName(spokenHint(hint, choices));
     for (Choice& choice : choices) addChoice(std::move(choice));
     layout_.activate();
     adjustSize();
     follow();
-    show();
+    announce();
     raise();
-    announce(hint.isEmpty() ? text : text + QStringLiteral(". ") + hint);
 }
 
 void HeardTipWindow::addChoice(Choice choice) {
@@ -98,13 +107,12 @@ void HeardTipWindow::addChoice(Choice choice) {
     buttons_.push_back(button);
 }
 
-void HeardTipWindow::announce(const QString& text) {
-    setWindowTitle(text);
-    setAccessibleName(text);
-    QAccessibleEvent named(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&named);
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+// Screen readers read a notification when it comes into view; of one that is there already they have to be
+// told again.
+void HeardTipWindow::announce() {
+    if (!isVisible()) return show();
+    QAccessibleEvent appeared(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&appeared);
 }
 
 void HeardTipWindow::tell(const std::string& text, std::vector<Choice> choices, const std::string& hint) {

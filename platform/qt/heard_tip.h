@@ -12,7 +12,7 @@ namespace velmora::qt {
 
 /// A small window that tells what was heard, and offers what else may have been meant. Stands beside the
 /// figure that hears. Takes no focus by itself, and goes away by itself, though not from under the mouse. To
-/// a screen reader it is a notification whose name is the text.
+/// a screen reader it is a notification that holds the text, read out each time there is a new one.
 class HeardTipWindow : public QFrame {
 public:
     struct Choice {
@@ -48,7 +48,7 @@ private:
     void addChoice(Choice choice);
     void acceptKeyboard(bool accept);
     void hideUnlessUsed();
-    void announce(const QString& text);
+    void announce();
 
     std::function<QRect()> figure_;
     QVBoxLayout layout_{this};

@@ -1,6 +1,6 @@
 #include "platform/qt/windows.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <algorithm>
 
 #include "platform/qt/binder.h"
@@ -66,6 +66,7 @@ private:
 QtWindows::QtWindows(Forms& forms, std::span<const View> views)
     : forms_(forms), views_(views), menus_(forms.loop()) {
     QGuiApplication::setWindowIcon(programIcon());
+    qApp->installEventFilter(&focusedRows_);
     forms.add(*this);
 }
 

@@ -8,6 +8,7 @@
 
 #include "platform/form.h"
 #include "platform/menu.h"
+#include "platform/qt/focused_rows.h"
 #include "platform/qt/menu_view.h"
 #include "platform/qt/views.h"
 
@@ -48,6 +49,7 @@ private:
     std::span<const View> views_;
     std::map<const Form*, std::shared_ptr<Shown>> shown_;
     MenuView menus_;
+    FocusedRows focusedRows_;
 };
 
 }  // namespace velmora::qt

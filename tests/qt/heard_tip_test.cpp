@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -28,7 +29,8 @@ TEST(HeardTip, OffersWhatElseMayHaveBeenMeantAndIsGoneBeforeThePickCounts) {
              {{"Messenger", [] { FAIL(); }}, {"Cut & Paste", [&] { goneFirst = tip.isHidden(); }}}, "Or:");
     EXPECT_TRUE(tip.isVisible());
     EXPECT_EQ(textOf(tip), QStringLiteral("open <b>file</b>"));
-    EXPECT_EQ(tip.accessibleName(), QStringLiteral("open <b>file</b>. Or:"));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(tip.findChildren<QLabel*>()[1])->text(QAccessible::Name),
+              QStringLiteral("Or: Messenger, Cut & Paste"));
     const auto buttons = tip.findChildren<QPushButton*>();
     ASSERT_EQ(buttons.size(), 2);
     EXPECT_EQ(buttons[1]->text(), QStringLiteral("Cut && Paste"));
