@@ -43,9 +43,14 @@ int main(int count, char** values) {
         options.windows = false;
     }
     const bool windows = !options.console || options.windows;
-    if (windows && !velmora::chooseDisplay()) {
+    const auto display = windows ? velmora::chooseDisplay() : velmora::Display::windowsPlaced;
+    if (display == velmora::Display::unreachable) {
         std::cerr << "velmora: the display can't be reached; --console runs in the terminal\n";
         return 1;
+    }
+    if (display == velmora::Display::waylandAlone) {
+        std::cerr << "velmora: Wayland without XWayland: the desktop places the character, which can't move, "
+                     "keep on top or hear the key to talk\n";
     }
     const std::string installed = velmora::installedDataFolder();
     const auto folder = velmora::prepareApplicationFolder(options.folder, installed);

@@ -8,6 +8,7 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 
 #include "agent/qt/nearest_screen.h"
@@ -51,8 +52,10 @@ Balloon::Balloon()
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::NoFocus);
-    // Owned by the toolkit from here on, and gone with the widget.
+    words_.setAttribute(Qt::WA_TransparentForMouseEvents);
+    // Owned by the toolkit from here on, and gone with the widgets.
     QAccessible::registerAccessibleInterface(new QAccessibleWidget(this, QAccessible::Notification));
+    QAccessible::registerAccessibleInterface(new QAccessibleWidget(&words_, QAccessible::StaticText));
 }
 
 void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure) {
@@ -64,31 +67,44 @@ void Balloon::open(BalloonKind kind, const QString& text, const QString& speaker
     const int width = std::min(metrics.averageCharWidth() * lettersInLine, area.width() * 2 / 5);
     const int height = static_cast<int>(area.height() * mostOfScreen) - 2 * padding;
     text_.set(text, used, {width, std::max(height, metrics.height())});
+    attach();
     follow(figure);
-    setAccessibleName(text);
-    setAccessibleDescription(speaker);
+    setAccessibleName(speaker);
+    words_.setAccessibleName(text);
     if (isVisible()) {
         raise();
     } else {
         show();
     }
-    QAccessibleEvent named(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&named);
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    // Screen readers read a notification when it comes into view. The toolkit tells them that of no window
+    // of this kind, and a line may follow another in the same window.
+    QAccessibleEvent appeared(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&appeared);
+}
+
+// A window of its own would be put anywhere by such a desktop; a part of the figure's goes where that goes.
+void Balloon::attach() {
+    if (figure_ == nullptr || !desktopPlacesWindows()) return;
+    winId();  // makes the window
+    windowHandle()->setParent(figure_->windowHandle());
 }
 
 void Balloon::follow(QRect figure) {
-    const QScreen* screen = nearestScreen(figure.center());
+    const bool attached = windowHandle() != nullptr && windowHandle()->parent() != nullptr;
     const int tail = kind_ == BalloonKind::speech ? speechTailLength : thoughtTailLength;
     const QSize body =
         (text_.size() + QSize(2 * padding, 2 * padding)).expandedTo({3 * rounding, 2 * rounding});
-    const auto place = placeBalloon(figure, body, tail, screen->availableGeometry());
+    // Where an attached one stands on the desktop, nobody knows: above the figure is the likeliest to be
+    // seen.
+    const QRect room = attached ? figure.marginsAdded({body.width(), body.height() + tail, body.width(), 0})
+                                : nearestScreen(figure.center())->availableGeometry();
+    const auto place = placeBalloon(figure, body, tail, room);
     const QRect whole = place.body.united(QRect(place.tip, QSize(1, 1))).adjusted(-1, -1, 1, 1);
     place_ = place;
     place_.body.translate(-whole.topLeft());
     place_.tip -= whole.topLeft();
-    setGeometry(whole);
+    setGeometry(attached ? whole.translated(-figure_->position()) : whole);
+    words_.setGeometry(place_.body);
     if (composited_) {
         clearMask();
     } else {

@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 #include <array>
 #include <span>
@@ -160,6 +161,10 @@ void CharacterWindow::mouseMoveEvent(QMouseEvent* event) {
     if (!pressed_) return;
     const QPoint pointer = event->globalPosition().toPoint();
     if (!dragged_ && (pointer - pressedAt_).manhattanLength() < QApplication::startDragDistance()) return;
+    if (desktopPlacesWindows()) {
+        pressed_ = !windowHandle()->startSystemMove();
+        return;
+    }
     dragged_ = true;
     place(pointer - grip_);
     if (onDragged) onDragged();

@@ -79,6 +79,7 @@ QtCharacter::QtCharacter(Rig rig, std::unique_ptr<PartArt> art, Options options)
         dragged();
         tellPlace();
     };
+    balloon_.belongTo(window_);
     window_.setWindowTitle(QString::fromStdString(rig_.name));
     window_.setAccessibleName(QString::fromStdString(rig_.name));
     constexpr int margin = 24;

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 #include <cstdlib>
 #include <memory>
 #include <vector>
@@ -92,9 +93,18 @@ QPoint positionOnDesktop(const QWidget& widget) {
     return origin + (QPoint(reply->dst_x, reply->dst_y) - origin) / widget.devicePixelRatioF();
 }
 
+bool desktopPlacesWindows() {
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
 void shapeWindow(QWidget& widget, const QImage& image, bool composited) {
     auto* connection = x11();
-    if (connection == nullptr) return;
+    if (connection == nullptr) {
+        // Elsewhere a window's mask is where it takes clicks, and no more.
+        if (QWindow* window = widget.windowHandle())
+            window->setMask(solidRegion(image.scaled(widget.size()), clickable));
+        return;
+    }
     if (!composited) {
         const bool sharp = image.size() == widget.size();
         const QImage seen =

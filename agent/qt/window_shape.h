@@ -8,6 +8,9 @@ class QWidget;
 
 namespace agent {
 
+/// Whether the desktop alone says where windows stand, as on Wayland: they are moved by its hand only.
+bool desktopPlacesWindows();
+
 /// The pixels of an ARGB32 image whose alpha is at least `threshold`.
 QRegion solidRegion(const QImage& image, int threshold);
 

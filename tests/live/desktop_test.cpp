@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -58,6 +59,19 @@ TEST_F(Desktop, TerminalAndWindowsActOnTheSameProgram) {
     program->readUntil("form\tfrmLogin\tunloaded", soon());
     program->readUntil("bye", soon());
     EXPECT_EQ(program->waitForEnd(soon()), 0);
+}
+
+TEST_F(Desktop, ADisplayThatCannotBeReachedIsAStatusAndNoCrash) {
+    for (const auto& variables : std::vector<std::vector<std::string>>{
+             {"WAYLAND_DISPLAY=nowhere"},
+             {"QT_QPA_PLATFORM=wayland"},
+             {"DISPLAY=:64999", "WAYLAND_DISPLAY=" + std::string(200, 'x')}}) {
+        auto environment = profile.environment(variables);
+        if (const char* options = std::getenv("LSAN_OPTIONS"))
+            environment.push_back(std::string("LSAN_OPTIONS=") + options);
+        ChildProcess program({VELMORA_PROGRAM, "--folder", profile.folder()}, environment);
+        EXPECT_EQ(program.waitForEnd(soon()), 1) << variables.front();
+    }
 }
 
 TEST_F(Desktop, EverythingSaidIsInTheWaveFile) {

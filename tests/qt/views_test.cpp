@@ -252,6 +252,7 @@ TEST_F(CalenderView, DayIsChosenByKeyboardAndTheChosenDayByAClick) {
     QTest::keyClick(&grid, Qt::Key_Right);
     EXPECT_EQ(value("Calender"), "2026-03-06");
     settle();
+    EXPECT_EQ(grid.accessibleName(), grid.locale().toString(QDate(2026, 3, 6), QLocale::LongFormat));
     for (const QModelIndex& day : {grid.currentIndex(), grid.currentIndex().siblingAtColumn(0)})
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(day).center());
     EXPECT_EQ(choices, 3);
