@@ -1,9 +1,8 @@
 #include <dlfcn.h>
 
-// Its headers know nothing of C++.
+// Its header knows nothing of C++.
 extern "C" {
 #include <flite/cst_cg.h>
-#include <flite/flite.h>
 }
 
 #include <algorithm>
@@ -12,15 +11,16 @@ extern "C" {
 #include <mutex>
 #include <string>
 
-#include "agent/voice/plain_text.h"
+#include "agent/voice/flite_stream.h"
+#include "agent/voice/flite_words.h"
+#include "agent/voice/phrases.h"
 #include "agent/voice/synthesizer.h"
-#include "agent/voice/visemes.h"
 
 namespace agent {
 namespace {
 
-constexpr double longestSeconds = 120;
-constexpr const char* wordIndex = "line_word";
+constexpr std::size_t firstLetters = 26;  // some 7 ms of work before its first sample
+constexpr std::size_t laterLetters = 110;
 constexpr std::array<std::string_view, 3> voices = {"slt", "rms", "awb"};
 
 // A voice is as large as the rest of the program: its library is opened when it is first asked for.
@@ -38,111 +38,6 @@ cst_voice* loadVoice(std::string_view name) {
     if (registerVoice == nullptr) return nullptr;
     flite_init();
     return registerVoice(nullptr);
-}
-
-struct DeleteUtterance {
-    void operator()(cst_utterance* utterance) const { delete_utterance(utterance); }
-};
-using UtteranceTree = std::unique_ptr<cst_utterance, DeleteUtterance>;
-
-struct CloseTokens {
-    void operator()(cst_tokenstream* stream) const { ts_close(stream); }
-};
-using Tokens = std::unique_ptr<cst_tokenstream, CloseTokens>;
-
-const char* textFeature(const cst_utterance& tree, const char* name) {
-    return get_param_string(tree.features, name, nullptr);
-}
-
-void addTokens(cst_utterance& tree, cst_relation& relation, const SpokenWord& word, int index) {
-    constexpr float emphasised = 1.25F;
-    const std::string text = toPlainText(word.spoken);
-    const Tokens stream(ts_open_string(
-        text.c_str(), textFeature(tree, "text_whitespace"), textFeature(tree, "text_singlecharsymbols"),
-        textFeature(tree, "text_prepunctuation"), textFeature(tree, "text_postpunctuation")));
-    while (stream && ts_eof(stream.get()) == 0) {
-        const char* name = ts_get(stream.get());
-        if (*name == '\0') continue;
-        cst_item* token = relation_append(&relation, nullptr);
-        item_set_string(token, "name", name);
-        item_set_string(token, "whitespace", stream->whitespace);
-        item_set_string(token, "prepunctuation", stream->prepunctuation);
-        item_set_string(token, "punc", stream->postpunctuation);
-        item_set_int(token, wordIndex, index);
-        if (word.stressed) item_set_float(token, "local_duration_stretch", emphasised);
-    }
-}
-
-// The index within the phrase of the word that a sound belongs to, or -1.
-int wordOf(const cst_item* segment) {
-    const cst_item* syllable = item_parent(item_as(segment, "SylStructure"));
-    const cst_item* word = syllable != nullptr ? item_parent(syllable) : nullptr;
-    const cst_item* token = word != nullptr ? item_parent(item_as(word, "Token")) : nullptr;
-    return token != nullptr ? item_feat_int(token, wordIndex) : -1;
-}
-
-// What a stream of samples needs on its way: the library makes it piece by piece.
-struct Streaming {
-    cst_utterance* tree;
-    const Phrase* phrase;
-    const SpeechReceiver* receiver;
-    Utterance events = {};  // those not yet passed on; no samples
-    std::size_t begin = 0;  // of what is passed on, the silence before the first sound cut
-    std::size_t end = 0;
-    bool planned = false;
-};
-
-std::size_t sampleAt(double seconds, int rate) {
-    return static_cast<std::size_t>(std::max(0.0, std::min(seconds, longestSeconds)) * rate);
-}
-
-// By the time at which samples come, all sounds have their time.
-void plan(Streaming& stream, int rate) {
-    constexpr double rest = 0.02;
-    stream.planned = true;
-    std::vector<TimedViseme> sounds;
-    std::size_t word = 0;
-    double start = 0;
-    double lastSound = 0;
-    std::optional<double> firstSound;
-    auto& events = stream.events.events;
-    for (const cst_item* segment = relation_head(utt_relation(stream.tree, "Segment")); segment != nullptr;
-         segment = item_next(segment)) {
-        const double end = item_feat_float(segment, "end");
-        const int index = wordOf(segment);
-        if (index >= 0) {
-            if (!firstSound) firstSound = start;
-            lastSound = end;
-            // Words without a sound of their own go with the one behind them.
-            for (; word <= static_cast<std::size_t>(index); ++word)
-                events.push_back({sampleAt(start, rate), stream.phrase->first + word});
-        }
-        sounds.push_back({sampleAt(start, rate), visemeOfFlite(item_name(segment))});
-        start = end;
-    }
-    for (; word < stream.phrase->words.size(); ++word)
-        events.push_back({sampleAt(lastSound, rate), stream.phrase->first + word});
-    stream.begin = sampleAt(firstSound.value_or(0) - rest, rate);
-    stream.end = sampleAt(stream.phrase->endsSentence ? start : lastSound + rest, rate);
-    addMouths(stream.events, sounds, stream.end);
-}
-
-int passOn(const cst_wave* wave, int start, int size, int, cst_audio_streaming_info* info) {
-    auto& stream = *static_cast<Streaming*>(info->userdata);
-    if (stream.receiver->stopped()) return CST_AUDIO_STREAM_STOP;
-    if (!stream.planned) plan(stream, wave->sample_rate);
-    const auto from = std::clamp(static_cast<std::size_t>(start), stream.begin, stream.end);
-    const auto to = std::clamp(static_cast<std::size_t>(start + size), stream.begin, stream.end);
-    Utterance piece;
-    piece.samples.assign(wave->samples + from, wave->samples + to);
-    auto& events = stream.events.events;
-    const auto later = std::ranges::find_if(events, [to](const auto& event) { return event.sample >= to; });
-    for (auto event = events.begin(); event != later; ++event) {
-        piece.events.push_back({std::max(event->sample, from) - from, event->what});
-    }
-    events.erase(events.begin(), later);
-    if (!piece.samples.empty() || !piece.events.empty()) stream.receiver->receive(std::move(piece));
-    return CST_AUDIO_STREAM_CONT;
 }
 
 // At another number of samples a second.
@@ -169,38 +64,52 @@ public:
         : voice_(voice), sampleRate_(get_param_int(voice->features, "sample_rate", 16000)) {}
 
     int sampleRate() const override { return sampleRate_; }
-    PhraseLimits limits() const override { return {.first = 5, .later = 20}; }
+    PhraseLimits limits() const override { return {.first = firstLetters, .later = laterLetters}; }
 
     void speak(const Phrase& phrase, const VoiceParameters& parameters,
                const SpeechReceiver& receiver) override {
         if (parameters.whisper) return whisper(phrase, parameters, receiver);
-        const UtteranceTree tree(new_utterance());
-        utt_init(tree.get(), voice_);
-        apply(*tree, parameters);
-        cst_relation* tokens = utt_relation_create(tree.get(), "Token");
-        for (std::size_t i = 0; i < phrase.words.size(); ++i)
-            addTokens(*tree, *tokens, phrase.words[i], static_cast<int>(i));
-        if (relation_head(tokens) == nullptr) {
+        const UtteranceTree tree = begin(parameters);
+        if (!addText(*tree, phrase.words)) {
             receiver.receive(estimatePace(phrase.words, phrase.first, parameters.rate, sampleRate_));
-            return;
+        } else if (phrase.words.size() == 1 && lettersToSay(phrase.words.front()) > firstLetters) {
+            speakLongWord(phrase, readAs(*tree), parameters, receiver);
+        } else {
+            stream(*tree, {.phrase = phrase, .sampleRate = sampleRate_}, receiver);
         }
-        Streaming stream{.tree = tree.get(), .phrase = &phrase, .receiver = &receiver};
-        cst_audio_streaming_info* info = new_audio_streaming_info();
-        info->min_buffsize = sampleRate_ / 50;
-        info->asc = &passOn;
-        info->utt = tree.get();
-        info->userdata = &stream;
-        feat_set(tree->features, "streaming_info", audio_streaming_info_val(info));  // owned by the tree
-        utt_synth_tokens(tree.get());
-        Utterance rest{.samples = {}, .events = std::move(stream.events.events)};
-        for (auto& event : rest.events) event.sample = 0;
-        if (!rest.events.empty() && !receiver.stopped()) receiver.receive(std::move(rest));
     }
 
 private:
+    UtteranceTree begin(const VoiceParameters& parameters) const {
+        UtteranceTree tree(new_utterance());
+        utt_init(tree.get(), voice_);
+        apply(*tree, parameters);
+        return tree;
+    }
+
+    // A number or an address may be read as many words: the first of them must not wait for the last.
+    void speakLongWord(const Phrase& phrase, std::span<const std::string> read,
+                       const VoiceParameters& parameters, const SpeechReceiver& receiver) const {
+        constexpr std::size_t nameOfALetter = 3;
+        std::size_t told = 0;
+        std::size_t limit = firstLetters;
+        for (std::size_t count = 0; !read.empty() && !receiver.stopped(); read = read.subspan(count)) {
+            std::size_t letters = 0;
+            for (count = 0; count < read.size() && (count == 0 || letters < limit); ++count)
+                letters += std::max(read[count].size(), nameOfALetter) + 1;
+            const UtteranceTree tree = begin(parameters);
+            addRead(*tree, read.first(count), phrase.words.front().stressed);
+            Phrase part = phrase;
+            part.endsSentence = phrase.endsSentence && count == read.size();
+            stream(*tree, {.phrase = part, .told = told, .sampleRate = sampleRate_}, receiver);
+            told = 1;
+            limit = laterLetters;
+        }
+    }
+
     // The library can't: the other engine does.
     void whisper(const Phrase& phrase, VoiceParameters parameters, const SpeechReceiver& receiver) {
-        if (!espeak_) espeak_ = openEspeak();
+        std::call_once(espeakAsked_, [this] { espeak_ = openEspeak(); });
         parameters.name = parameters.fallback = "en-us";
         espeak_->speak(phrase, parameters,
                        {.receive =
@@ -228,6 +137,7 @@ private:
     }
 
     cst_voice* voice_;  // the library's
+    std::once_flag espeakAsked_;
     std::unique_ptr<Synthesizer> espeak_;
     int sampleRate_;
 };

@@ -52,6 +52,16 @@ bool isConnective(const SpokenWord& word) {
     return std::ranges::any_of(connectives, [&](auto known) { return sameName(known, word.spoken); });
 }
 
+// How many words, at least one, are said with so many letters.
+std::size_t countWithin(std::span<const SpokenWord> words, std::size_t limit) {
+    std::size_t letters = 0;
+    for (std::size_t count = 0; count < words.size(); ++count) {
+        letters += lettersToSay(words[count]);
+        if (letters > limit) return std::max<std::size_t>(count, 1);
+    }
+    return words.size();
+}
+
 // The end of a group of words among the first `limit`, of which there are more.
 std::size_t groupLength(std::span<const SpokenWord> words, std::size_t limit) {
     for (std::size_t count = limit; count * 2 >= limit && count > 0; --count) {
@@ -117,7 +127,21 @@ std::size_t phraseLength(std::span<const SpokenWord> words, std::size_t limit) {
     for (std::size_t count = shortSentence; count < most; ++count) {
         if (endsSentence(words[count - 1])) most = count;
     }
-    return most > limit ? groupLength(words, limit) : most;
+    const std::size_t within = countWithin(words.first(most), limit);
+    return within < most ? groupLength(words, within) : most;
+}
+
+std::size_t lettersToSay(const SpokenWord& word) {
+    constexpr std::size_t digit = 6;
+    constexpr std::size_t sign = 3;
+    constexpr std::string_view silent = "'\"-()";
+    const std::string_view text = word.spoken;
+    std::size_t letters = 1;
+    for (const char c : text.substr(0, text.find_last_not_of(".,;:!?") + 1)) {
+        const bool plain = isWordCharacter(c) || silent.find(c) != std::string_view::npos;
+        letters += isDigit(c) ? digit : plain ? 1 : sign;
+    }
+    return letters;
 }
 
 std::string readAloud(std::string_view word, Delivery::Context context) {

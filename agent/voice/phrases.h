@@ -14,6 +14,10 @@ namespace agent {
 /// or a few less where that falls between two groups of words. `words` is not empty, `limit` not 0.
 std::size_t phraseLength(std::span<const SpokenWord> words, std::size_t limit);
 
+/// About how many letters it takes to write a word as it is said, a space behind it included: digits and
+/// signs stand for words.
+std::size_t lettersToSay(const SpokenWord& word);
+
 /// Whether a rest follows the word: it ends a sentence.
 bool endsSentence(const SpokenWord& word);
 

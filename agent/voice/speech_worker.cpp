@@ -1,11 +1,24 @@
 #include "agent/voice/speech_worker.h"
 
+#include <cstddef>
+#include <deque>
 #include <utility>
+#include <vector>
 
 #include "agent/voice/player.h"
 #include "agent/voice/synthesis_ahead.h"
 
 namespace agent {
+namespace {
+
+// What an engine fetches for the first of all words is there before a line is waited for.
+void warmUp(Synthesizer& synthesizer, const VoiceParameters& parameters) {
+    const std::vector<SpokenWord> word{{"a", 0}};
+    synthesizer.speak({.words = word}, parameters,
+                      {.receive = [](const Utterance&) {}, .stopped = [] { return true; }});
+}
+
+}  // namespace
 
 SpeechWorker::SpeechWorker(VoiceParameters parameters, OpenSink open, Post post)
     : parameters_(std::move(parameters)), open_(std::move(open)), post_(std::move(post)) {}
@@ -41,15 +54,30 @@ bool SpeechWorker::quit(std::chrono::milliseconds patience) {
 void SpeechWorker::run() {
     {
         const auto synthesizer = openSynthesizer(parameters_);
+        if (!isAwaited()) warmUp(*synthesizer, parameters_);
+        // The next line does not wait until the engine lets go of the one before.
+        constexpr std::size_t mostGivenUp = 2;
+        std::deque<std::unique_ptr<SynthesisAhead>> givenUp;
         Turn turn = 0;
         while (const auto job = nextJob(turn)) {
-            say(*synthesizer, *job, turn);
+            auto speech =
+                std::make_unique<SynthesisAhead>(*synthesizer, job->line, parameters_, [this] { nudge(); });
+            say(*speech, synthesizer->sampleRate(), *job, turn);
             deliver(turn, job->events.onEnd);
+            speech->giveUp();
+            givenUp.push_back(std::move(speech));
+            std::erase_if(givenUp, [](const auto& line) { return line->ended(); });
+            if (givenUp.size() > mostGivenUp) givenUp.pop_front();
         }
     }
     const std::lock_guard lock(mutex_);
     ended_ = true;
     changed_.notify_all();
+}
+
+bool SpeechWorker::isAwaited() {
+    const std::lock_guard lock(mutex_);
+    return quitting_ || waiting_;
 }
 
 std::optional<SpeechJob> SpeechWorker::nextJob(Turn& turn) {
@@ -59,13 +87,11 @@ std::optional<SpeechJob> SpeechWorker::nextJob(Turn& turn) {
     return quitting_ ? std::nullopt : std::exchange(waiting_, std::nullopt);
 }
 
-void SpeechWorker::say(Synthesizer& synthesizer, const SpeechJob& job, Turn turn) {
+void SpeechWorker::say(SynthesisAhead& speech, int sampleRate, const SpeechJob& job, Turn turn) {
     constexpr std::chrono::seconds enough{2};
-    SynthesisAhead speech(synthesizer, job.line, parameters_, [this] { nudge(); });
-    const int rate = synthesizer.sampleRate();
-    Player player(open_(rate), {.sampleRate = rate,
-                                .now = &std::chrono::steady_clock::now,
-                                .tell = [&](const SpeechEvent& event) { tell(job, event, turn); }});
+    Player player(open_(sampleRate), {.sampleRate = sampleRate,
+                                      .now = &std::chrono::steady_clock::now,
+                                      .tell = [&](const SpeechEvent& event) { tell(job, event, turn); }});
     while (!stopped(turn)) {
         while (player.left() < enough) {
             auto piece = speech.take();
@@ -87,8 +113,8 @@ void SpeechWorker::tell(const SpeechJob& job, const SpeechEvent& event, Turn tur
         return;
     }
     const std::size_t word = std::get<std::size_t>(event.what);
-    if (word >= job.line.words.size()) return;
-    const std::uint32_t bookmark = job.line.words[word].bookmark;
+    if (word >= job.line->words.size()) return;
+    const std::uint32_t bookmark = job.line->words[word].bookmark;
     if (bookmark != 0 && events.onBookmark)
         deliver(turn, [told = events.onBookmark, bookmark] { told(bookmark); });
     if (events.onWord) deliver(turn, [told = events.onWord, word] { told(word); });

@@ -14,9 +14,11 @@
 
 namespace agent {
 
+class SynthesisAhead;
+
 /// A line to be said.
 struct SpeechJob {
-    SpokenLine line;
+    std::shared_ptr<const SpokenLine> line;  ///< not null
     VoiceEvents events;
 };
 
@@ -45,8 +47,9 @@ public:
 private:
     using Turn = std::uint64_t;
 
+    bool isAwaited();
     std::optional<SpeechJob> nextJob(Turn& turn);
-    void say(Synthesizer& synthesizer, const SpeechJob& job, Turn turn);
+    void say(SynthesisAhead& speech, int sampleRate, const SpeechJob& job, Turn turn);
     void tell(const SpeechJob& job, const SpeechEvent& event, Turn turn);
     bool stopped(Turn turn);
     void nudge();

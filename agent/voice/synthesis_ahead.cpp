@@ -16,20 +16,16 @@ bool isMute(std::span<const SpokenWord> words) {
 
 }  // namespace
 
-SynthesisAhead::SynthesisAhead(Synthesizer& synthesizer, const SpokenLine& line, VoiceParameters parameters,
-                               std::function<void()> wake)
+SynthesisAhead::SynthesisAhead(Synthesizer& synthesizer, std::shared_ptr<const SpokenLine> line,
+                               VoiceParameters parameters, std::function<void()> wake)
     : synthesizer_(synthesizer),
-      line_(line),
+      line_(std::move(line)),
       parameters_(std::move(parameters)),
       wake_(std::move(wake)),
       thread_([this] { run(); }) {}
 
 SynthesisAhead::~SynthesisAhead() {
-    {
-        const std::lock_guard lock(mutex_);
-        stopped_ = true;
-    }
-    changed_.notify_all();
+    giveUp();
     thread_.join();
 }
 
@@ -48,10 +44,24 @@ bool SynthesisAhead::finished() {
     return ended_ && ready_.empty();
 }
 
+void SynthesisAhead::giveUp() {
+    {
+        const std::lock_guard lock(mutex_);
+        stopped_ = true;
+        ready_.clear();
+    }
+    changed_.notify_all();
+}
+
+bool SynthesisAhead::ended() {
+    const std::lock_guard lock(mutex_);
+    return ended_;
+}
+
 void SynthesisAhead::run() {
     const SpeechReceiver receiver{.receive = [this](Utterance utterance) { put(std::move(utterance)); },
                                   .stopped = [this] { return stopped(); }};
-    const std::span<const SpokenWord> words = line_.words;
+    const std::span<const SpokenWord> words = line_->words;
     const PhraseLimits limits = synthesizer_.limits();
     for (std::size_t first = 0; first < words.size() && !stopped();) {
         const auto rest = words.subspan(first);
@@ -60,6 +70,7 @@ void SynthesisAhead::run() {
         speak(rest.first(count), first, receiver);
         first += count;
     }
+    line_.reset();
     {
         const std::lock_guard lock(mutex_);
         ended_ = true;
@@ -77,7 +88,7 @@ void SynthesisAhead::speak(std::span<const SpokenWord> words, std::size_t first,
     const Delivery& delivery = words.front().delivery;
     std::vector<SpokenWord> read(words.begin(), words.end());
     for (SpokenWord& word : read) word.spoken = readAloud(word.spoken, delivery.context);
-    const bool last = first + words.size() == line_.words.size();
+    const bool last = first + words.size() == line_->words.size();
     const Phrase phrase{.words = read, .first = first, .endsSentence = last || endsSentence(words.back())};
     synthesizer_.speak(phrase, withDelivery(parameters_, delivery),
                        {.receive =

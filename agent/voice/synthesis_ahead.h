@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -17,11 +18,11 @@ namespace agent {
 /// the line is, only so much of it is in memory as speech.
 class SynthesisAhead {
 public:
-    /// `synthesizer` and `line` outlive this. `wake` is called in the thread whenever there is something new.
-    SynthesisAhead(Synthesizer& synthesizer, const SpokenLine& line, VoiceParameters parameters,
-                   std::function<void()> wake);
+    /// `synthesizer` outlives this. `wake` is called in the thread whenever there is something new.
+    SynthesisAhead(Synthesizer& synthesizer, std::shared_ptr<const SpokenLine> line,
+                   VoiceParameters parameters, std::function<void()> wake);
 
-    /// Gives up what is not yet taken.
+    /// Gives up what is not yet taken, and waits until the engine lets go of it.
     ~SynthesisAhead();
 
     SynthesisAhead(const SynthesisAhead&) = delete;
@@ -33,6 +34,13 @@ public:
     /// Whether everything has been taken.
     bool finished();
 
+    /// Lets go of the line and of what is not yet taken, as soon as the engine does: some need tens of
+    /// milliseconds to come round.
+    void giveUp();
+
+    /// Whether destroying this waits for nothing.
+    bool ended();
+
 private:
     void run();
     void speak(std::span<const SpokenWord> words, std::size_t first, const SpeechReceiver& receiver);
@@ -41,7 +49,7 @@ private:
     bool stopped();
 
     Synthesizer& synthesizer_;
-    const SpokenLine& line_;
+    std::shared_ptr<const SpokenLine> line_;  ///< the thread's, until it ends
     const VoiceParameters parameters_;
     const std::function<void()> wake_;
 

@@ -49,7 +49,7 @@ struct Phrase {
     bool endsSentence = true;  ///< a rest follows; else the next phrase goes on at once
 };
 
-/// The most words of a phrase, at least one.
+/// The most letters of a phrase, as `lettersToSay` counts them; but for a single word.
 struct PhraseLimits {
     std::size_t first = SIZE_MAX;  ///< of a line: its first sample is waited for
     std::size_t later = SIZE_MAX;  ///< of one that is given up halfway
@@ -61,7 +61,7 @@ struct SpeechReceiver {
     std::function<bool()> stopped;  ///< whether to give up
 };
 
-/// A speech engine with one of its voices. Several may be used at the same time, each by one thread.
+/// A speech engine with one of its voices. Several threads may use it, and several of them, at the same time.
 class Synthesizer {
 public:
     virtual ~Synthesizer() = default;

@@ -27,7 +27,7 @@ public:
     ThreadedVoice& operator=(const ThreadedVoice&) = delete;
 
     void speak(SpokenLine line, VoiceEvents events) override {
-        worker_->speak({std::move(line), std::move(events)});
+        worker_->speak({std::make_shared<const SpokenLine>(std::move(line)), std::move(events)});
     }
 
     void stop() override { worker_->stop(); }

@@ -13,7 +13,7 @@ using namespace agent;
 TEST(Phrases, AreSentencesAndEndWhereTheDeliveryChanges) {
     struct Case {
         std::string text;
-        std::size_t quick;
+        std::size_t letters;
         std::size_t length;
     };
     const std::vector<Case> cases = {
@@ -23,14 +23,16 @@ TEST(Phrases, AreSentencesAndEndWhereTheDeliveryChanges) {
         {R"(\Spd=200\So fast it \Rst\goes)", 100, 3},
         {R"(Wait \Pau=500\for me)", 100, 1},
         {R"(\Pau=500\Wait for me)", 100, 3},
-        {"It announces what is new in your mailbox", 5, 5},
-        {"It announces the news in your own mailbox", 5, 4},
-        {"Well, now, this is a long one", 3, 2},
+        {"It announces what is new in your mailbox", 26, 5},
+        {"It announces the news in your own mailbox", 26, 4},
+        {"Well, now, this is a long one", 17, 2},
         {"a b c d e f", 1, 1},
+        {"Call 5551212 now please", 26, 1},
+        {R"("Don't," he said to me)", 20, 3},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(phraseLength(parseSpeech(c.text).words, c.quick), c.length) << c.text;
-    EXPECT_EQ(phraseLength(std::vector<SpokenWord>(1000), 1000), 50U);
+        EXPECT_EQ(phraseLength(parseSpeech(c.text).words, c.letters), c.length) << c.text;
+    EXPECT_EQ(phraseLength(std::vector<SpokenWord>(1000), 10'000), 50U);
 }
 
 TEST(Phrases, AWordIsReadAsItsContextAsks) {

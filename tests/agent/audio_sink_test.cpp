@@ -1,0 +1,59 @@
+#include "agent/voice/audio_sink.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <future>
+#include <thread>
+#include <vector>
+
+#include "agent/voice/device_thread.h"
+#include "tests/agent/hanging_sink.h"
+
+namespace {
+
+using namespace agent;
+using namespace std::chrono_literals;
+
+TEST(WavSink, ForgetsWhatWasNotHeardAndGoesOnBehindTheRest) {
+    const auto path = std::filesystem::path(testing::TempDir()) / "voice_test_drop.wav";
+    openWav(path.string(), false, 8000)->write(std::vector<std::int16_t>(10, 1));
+    const auto sink = openWav(path.string(), true, 8000);
+    sink->write(std::vector<std::int16_t>(100, 2));
+    sink->drop(60);
+    EXPECT_EQ(std::filesystem::file_size(path), 44U + 2 * 50);
+    sink->drop(1000);
+    sink->write(std::vector<std::int16_t>(5, 3));
+    EXPECT_EQ(std::filesystem::file_size(path), 44U + 2 * 5);
+    std::filesystem::remove(path);
+}
+
+TEST(DeviceThread, NothingWaitsForADeviceThatHangsAndItIsClosedOnceItComesRound) {
+    std::promise<void> release;
+    std::promise<void> closed;
+    const std::shared_future<void> released = release.get_future().share();
+    std::weak_ptr<const void> life;
+    {
+        DeviceThread device(
+            [&](int) { return std::unique_ptr<AudioSink>(std::make_unique<HangingSink>(released)); }, 1000);
+        life = device.life();
+        EXPECT_TRUE(device.write(std::vector<std::int16_t>(500)));
+        EXPECT_EQ(device.delay(), 500ms);
+        device.drop(500);
+    }
+    EXPECT_FALSE(life.expired());
+    release.set_value();
+    const auto giveUp = std::chrono::steady_clock::now() + 20s;
+    while (!life.expired() && std::chrono::steady_clock::now() < giveUp) std::this_thread::yield();
+    EXPECT_TRUE(life.expired());
+}
+
+TEST(DeviceThread, LeavesTheTimeToTheClockWhereThereIsNoDevice) {
+    DeviceThread device([](int) { return nullptr; }, 1000);
+    device.write(std::vector<std::int16_t>(500));
+    const auto giveUp = std::chrono::steady_clock::now() + 20s;
+    while (device.delay() && std::chrono::steady_clock::now() < giveUp) std::this_thread::yield();
+    EXPECT_EQ(device.delay(), std::nullopt);
+}
+
+}  // namespace
