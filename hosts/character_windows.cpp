@@ -72,7 +72,7 @@ void CharacterWindows::speechBegun() {
 void CharacterWindows::propertiesAsked() {
     if (!options_ || !options_->isVisible()) {
         options_ = std::make_unique<qt::CharacterOptions>(settings(), voicesOnOffer(), trial(), [this] {
-            if (figure_) applySettings(*figure_, machine_.machineSettings, sound_);
+            if (figure_) applySettings(*figure_, machine_, sound_);
             if (onApplied) onApplied();
         });
         if (onListenNow) {
@@ -97,7 +97,7 @@ qt::SpeechTrial CharacterWindows::trial() {
     agent::FigureView* view = made.release();  // the window's from here on
     return {view, [this, view](const qt::SpeechChoice& choice) {
                 if (view == nullptr) return;
-                const auto wanted = voiceSettings(choice, machine_.machineSettings.value("Speech", "Device"));
+                const auto wanted = voiceSettings(machine_, choice, Sound::asConfigured);
                 using enum agent::Action;
                 view->perform(
                     agent::makeVoice(wanted, view->voice(), view->post()),

@@ -12,6 +12,10 @@ namespace {
 /// How long no socket must have had anything before a skip goes on.
 constexpr std::chrono::milliseconds quietAfterTimer{20};
 
+void complain(const std::string& line) {
+    std::cerr << "velmora: " << line << "\n";
+}
+
 }  // namespace
 
 Machine::Machine(const Options& options, Folders folders_)
@@ -20,11 +24,12 @@ Machine::Machine(const Options& options, Folders folders_)
       machineSettings(settings, folders.application),
       clock(loop, options.clock),
       seed(options.seed ? *options.seed : std::random_device{}()),
+      recordings(std::make_shared<agent::Recordings>(&complain)),
       winsocks({.loop = loop,
                 .post = [this](std::function<void()> call) { loopHost.postFromThread(std::move(call)); },
                 .settings = machineSettings,
                 .address = options.address,
-                .report = [](const std::string& line) { std::cerr << "velmora: " << line << "\n"; }}) {
+                .report = &complain}) {
     loopHost.carry(&loop);
     loop.onSkipped = [this](std::chrono::milliseconds waited) {
         return winsocks.untilQuiet(quietAfterTimer, waited);

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "agent/voice/recordings.h"
 #include "hosts/options.h"
 #include "platform/boxes.h"
 #include "platform/curl/curl_inets.h"
@@ -45,6 +46,7 @@ struct Machine {
     SeededRandom random{seed};
     PatternRegional regional{qt::regionalForm(QLocale::system())};
     Boxes boxes{loop};
+    std::shared_ptr<agent::Recordings> recordings;  ///< never null; complains on standard error
     PosixWinsocks winsocks;
     curl::CurlInets inets{
         {.loop = loop,

@@ -38,23 +38,26 @@ double figureScale(const MachineSettings& settings) {
     return number(settings.value("Character", "Size")).value_or(100) / 100.0;
 }
 
-agent::QtCharacter::VoiceMaker voiceMaker(const MachineSettings& settings, Sound sound) {
-    const auto speech = [&settings](std::string_view key) { return settings.value("Speech", key); };
+agent::QtCharacter::VoiceMaker voiceMaker(const Machine& machine, Sound sound) {
+    const auto speech = [&machine](std::string_view key) {
+        return machine.machineSettings.value("Speech", key);
+    };
     const qt::SpeechChoice choice{speech("Voice"), speech("Rate"), speech("Pitch")};
-    return [wanted = voiceSettings(choice, sound == Sound::none ? "none" : speech("Device"))](
-               const agent::CharacterVoice& character, agent::Post post) {
+    return [wanted = voiceSettings(machine, choice, sound)](const agent::CharacterVoice& character,
+                                                            agent::Post post) {
         return agent::makeVoice(wanted, character, std::move(post));
     };
 }
 
 }  // namespace
 
-agent::VoiceSettings voiceSettings(const qt::SpeechChoice& choice, const std::string& device) {
+agent::VoiceSettings voiceSettings(const Machine& machine, const qt::SpeechChoice& choice, Sound sound) {
     agent::VoiceSettings voice;
     if (!choice.voice.empty()) voice.name = choice.voice;
     voice.rate = number(choice.rate);
     voice.pitch = number(choice.pitch);
-    voice.device = device;
+    voice.device = sound == Sound::none ? "none" : machine.machineSettings.value("Speech", "Device");
+    voice.recordings = machine.recordings;
     return voice;
 }
 
@@ -63,7 +66,7 @@ std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineA
     agent::QtCharacter::Options options{.scale = figureScale(machine.machineSettings),
                                         .habits = figureHabits(machine.machineSettings),
                                         .position = place.kept(),
-                                        .voice = voiceMaker(machine.machineSettings, sound)};
+                                        .voice = voiceMaker(machine, sound)};
     options.pick = [random = std::make_shared<SeededRandom>(machine.seed)](std::size_t count) {
         return static_cast<std::size_t>(random->Rnd() * static_cast<double>(count));
     };
@@ -84,10 +87,11 @@ std::unique_ptr<agent::QtCharacter> loadShownCharacter(Machine& machine, EngineA
     return character;
 }
 
-void applySettings(agent::QtCharacter& figure, const MachineSettings& settings, Sound sound) {
+void applySettings(agent::QtCharacter& figure, const Machine& machine, Sound sound) {
+    const MachineSettings& settings = machine.machineSettings;
     figure.setScale(figureScale(settings));
     figure.setHabits(figureHabits(settings));
-    figure.setVoice(voiceMaker(settings, sound));
+    figure.setVoice(voiceMaker(machine, sound));
 }
 
 }  // namespace velmora

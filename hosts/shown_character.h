@@ -11,14 +11,14 @@
 
 namespace velmora {
 
-/// How a person wants the character to speak, on the sound device of that name.
-agent::VoiceSettings voiceSettings(const qt::SpeechChoice& choice, const std::string& device);
-
 /// Whether the figure's voice is to be heard; a silent one keeps the pace.
 enum class Sound { asConfigured, none };
 
+/// How a person wants the character to speak.
+agent::VoiceSettings voiceSettings(const Machine& machine, const qt::SpeechChoice& choice, Sound sound);
+
 /// Lets the figure behave, look and sound as is set now.
-void applySettings(agent::QtCharacter& figure, const MachineSettings& settings, Sound sound);
+void applySettings(agent::QtCharacter& figure, const Machine& machine, Sound sound);
 
 /// The default character on the desktop where it stood last, its mouse events going to the server; nothing,
 /// after a sentence on standard error, if it can't be loaded.

@@ -11,6 +11,8 @@
 
 namespace agent {
 
+class Recordings;
+
 /// Where samples of one channel go. Used by one thread.
 class AudioSink {
 public:
@@ -34,13 +36,9 @@ using OpenSink = std::function<std::unique_ptr<AudioSink>(int sampleRate)>;
 std::unique_ptr<AudioSink> openPulse(int sampleRate);
 std::unique_ptr<AudioSink> openAlsa(int sampleRate);
 
-/// A WAV file that is whole after every write. Null where it can't be written. `append` goes on with the file
-/// that this program has begun.
-std::unique_ptr<AudioSink> openWav(const std::string& path, bool append, int sampleRate);
-
-/// Opens the device that a setting names: "default", "none" (always null) or "file:PATH", one file for all
-/// that is opened. Sinks of a device never wait: one that hangs keeps what it is given, and is not opened
-/// anew until it has come round.
-OpenSink outputDevice(const std::string& setting);
+/// Opens the device that a setting names: "default", "none" (always null) or "file:PATH", one of
+/// `recordings`. Sinks of a device never wait: one that hangs keeps what it is given, and is not opened anew
+/// until it has come round.
+OpenSink outputDevice(const std::string& setting, Recordings& recordings);
 
 }  // namespace agent

@@ -10,10 +10,12 @@ extern "C" {
 #include <cmath>
 #include <mutex>
 #include <string>
+#include <utility>
 
 #include "agent/voice/flite_stream.h"
 #include "agent/voice/flite_words.h"
 #include "agent/voice/phrases.h"
+#include "agent/voice/resampler.h"
 #include "agent/voice/synthesizer.h"
 
 namespace agent {
@@ -38,24 +40,6 @@ cst_voice* loadVoice(std::string_view name) {
     if (registerVoice == nullptr) return nullptr;
     flite_init();
     return registerVoice(nullptr);
-}
-
-// At another number of samples a second.
-Utterance resampled(const Utterance& utterance, int from, int to) {
-    const auto scaled = [from, to](std::size_t count) {
-        return count * static_cast<std::size_t>(to) / static_cast<std::size_t>(from);
-    };
-    Utterance result;
-    const auto& samples = utterance.samples;
-    for (std::size_t i = 0; i < scaled(samples.size()); ++i) {
-        const double at = static_cast<double>(i) * from / to;
-        const auto left = static_cast<std::size_t>(at);
-        const double part = at - static_cast<double>(left);
-        const double right = samples[std::min(left + 1, samples.size() - 1)];
-        result.samples.push_back(static_cast<std::int16_t>(samples[left] * (1 - part) + right * part));
-    }
-    for (const auto& event : utterance.events) result.events.push_back({scaled(event.sample), event.what});
-    return result;
 }
 
 class FliteSynthesizer : public Synthesizer {
@@ -111,10 +95,14 @@ private:
     void whisper(const Phrase& phrase, VoiceParameters parameters, const SpeechReceiver& receiver) {
         std::call_once(espeakAsked_, [this] { espeak_ = openEspeak(); });
         parameters.name = parameters.fallback = "en-us";
+        Resampler resampler(espeak_->sampleRate(), sampleRate_);
         espeak_->speak(phrase, parameters,
                        {.receive =
-                            [&](const Utterance& utterance) {
-                                receiver.receive(resampled(utterance, espeak_->sampleRate(), sampleRate_));
+                            [&](Utterance utterance) {
+                                utterance.samples = resampler.resample(utterance.samples);
+                                for (auto& event : utterance.events)
+                                    event.sample = resampler.scaled(event.sample);
+                                receiver.receive(std::move(utterance));
                             },
                         .stopped = receiver.stopped});
     }

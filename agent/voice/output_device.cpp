@@ -3,6 +3,7 @@
 
 #include "agent/voice/audio_sink.h"
 #include "agent/voice/device_thread.h"
+#include "agent/voice/recordings.h"
 
 namespace agent {
 namespace {
@@ -12,14 +13,6 @@ constexpr std::string_view filePrefix = "file:";
 std::unique_ptr<AudioSink> openLoudspeaker(int sampleRate) {
     auto device = openPulse(sampleRate);
     return device ? std::move(device) : openAlsa(sampleRate);
-}
-
-OpenSink waveFile(std::string path) {
-    return [path = std::move(path), begun = false](int sampleRate) mutable {
-        auto file = openWav(path, begun, sampleRate);
-        begun = begun || file;
-        return file;
-    };
 }
 
 OpenSink loudspeaker() {
@@ -34,8 +27,8 @@ OpenSink loudspeaker() {
 
 }  // namespace
 
-OpenSink outputDevice(const std::string& setting) {
-    if (setting.starts_with(filePrefix)) return waveFile(setting.substr(filePrefix.size()));
+OpenSink outputDevice(const std::string& setting, Recordings& recordings) {
+    if (setting.starts_with(filePrefix)) return recordings.file(setting.substr(filePrefix.size()));
     if (setting == "none") return [](int) { return nullptr; };
     return loudspeaker();
 }

@@ -3,6 +3,7 @@
 #include <thread>
 #include <utility>
 
+#include "agent/voice/recordings.h"
 #include "agent/voice/speech_worker.h"
 
 namespace agent {
@@ -45,7 +46,10 @@ std::unique_ptr<Voice> makeVoice(const VoiceSettings& settings, const CharacterV
                                .rate = settings.rate.value_or(character.rate),
                                .pitch = settings.pitch.value_or(character.pitch),
                                .range = character.range};
-    return makeVoice(std::move(parameters), outputDevice(settings.device), std::move(post));
+    Recordings own;
+    return makeVoice(std::move(parameters),
+                     outputDevice(settings.device, settings.recordings ? *settings.recordings : own),
+                     std::move(post));
 }
 
 std::vector<std::string> installedVoices() {

@@ -15,6 +15,8 @@
 
 namespace agent {
 
+class Recordings;
+
 /// What a voice tells while it speaks a line. None is called after `onEnd` or after `stop`.
 struct VoiceEvents {
     std::function<void(std::size_t word)> onWord = {};  ///< the word of that index is being said now
@@ -43,8 +45,10 @@ struct VoiceSettings {
     std::optional<int> rate;   ///< words a minute, 80 to 450
     std::optional<int> pitch;  ///< 0 to 99
     /// "default": the sound device, or none if there is none; "none": silence; "file:PATH": all that is said
-    /// goes into a WAV file, which replaces an older one. Without sound, words come at the same pace.
+    /// goes into a WAV file, one of `recordings`. Without sound, words come at the same pace.
     std::string device = "default";
+    /// The files that this voice shares with others, earlier ones too; null: it has its own.
+    std::shared_ptr<Recordings> recordings = {};
 };
 
 /// A voice of the speech synthesiser, in a thread of its own that begins to load it at once. `post` may be
