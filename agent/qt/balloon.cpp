@@ -90,15 +90,20 @@ void Balloon::attach() {
 }
 
 void Balloon::follow(QRect figure) {
+    beside_ = figure;
     const bool attached = windowHandle() != nullptr && windowHandle()->parent() != nullptr;
     const int tail = kind_ == BalloonKind::speech ? speechTailLength : thoughtTailLength;
-    const QSize body =
-        (text_.size() + QSize(2 * padding, 2 * padding)).expandedTo({3 * rounding, 2 * rounding});
+    const auto bodyOf = [](QSize text) {
+        return (text + QSize(2 * padding, 2 * padding)).expandedTo({3 * rounding, 2 * rounding});
+    };
+    const QSize body = bodyOf(text_.size());
+    const QSize largest = bodyOf(text_.finalSize());
     // Where an attached one stands on the desktop, nobody knows: above the figure is the likeliest to be
     // seen.
-    const QRect room = attached ? figure.marginsAdded({body.width(), body.height() + tail, body.width(), 0})
-                                : nearestScreen(figure.center())->availableGeometry();
-    const auto place = placeBalloon(figure, body, tail, room);
+    const QRect room =
+        attached ? figure.marginsAdded({largest.width(), largest.height() + tail, largest.width(), 0})
+                 : nearestScreen(figure.center())->availableGeometry();
+    const auto place = placeBalloon(figure, {body, largest}, tail, room);
     const QRect whole = place.body.united(QRect(place.tip, QSize(1, 1))).adjusted(-1, -1, 1, 1);
     place_ = place;
     place_.body.translate(-whole.topLeft());
@@ -114,8 +119,10 @@ void Balloon::follow(QRect figure) {
 }
 
 void Balloon::reveal(qsizetype end) {
+    const QSize before = text_.size();
     text_.reveal(end);
-    update();
+    if (text_.size() == before) return update();
+    follow(beside_);
 }
 
 void Balloon::closeNow() {

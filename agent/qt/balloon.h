@@ -25,7 +25,7 @@ public:
     /// the whole line is announced.
     void open(BalloonKind kind, const QString& text, const QString& speaker, QRect figure);
 
-    /// Reveals the line up to a position of its text.
+    /// Reveals the line up to a position of its text. A long line makes it grow.
     void reveal(qsizetype end);
 
     /// Closes it. No failure if it is closed.
@@ -49,6 +49,7 @@ private:
     BalloonKind kind_ = BalloonKind::speech;
     BalloonText text_;
     QWidget words_{this};  ///< stands for the drawn line, for screen readers
+    QRect beside_;         ///< the figure's place
     BalloonPlace place_;
     bool composited_ = true;
 };

@@ -16,8 +16,15 @@ struct BalloonPlace {
     TailSide side = TailSide::bottom;
 };
 
-/// Places a balloon of `size` by a figure: above, else beside, else below; where it fits nowhere, above and
-/// over the figure. It stays inside `available` if it is not larger; `tail` is the length of its tail.
-BalloonPlace placeBalloon(QRect figure, QSize size, int tail, QRect available);
+/// How large a balloon is, and how large it is going to be, which is no less.
+struct BalloonSize {
+    QSize now;
+    QSize later;
+};
+
+/// Places a balloon by a figure, where there is room for it later: above, else beside, else below; where it
+/// fits nowhere, above and over the figure. It stays inside `available` if it is not larger; `tail` is the
+/// length of its tail.
+BalloonPlace placeBalloon(QRect figure, BalloonSize size, int tail, QRect available);
 
 }  // namespace agent

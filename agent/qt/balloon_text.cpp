@@ -1,6 +1,7 @@
 #include "agent/qt/balloon_text.h"
 
 #include <QGlyphRun>
+#include <QPointF>
 #include <QTextOption>
 #include <algorithm>
 #include <cmath>
@@ -9,6 +10,7 @@ namespace agent {
 namespace {
 
 constexpr qsizetype longestPart = 4000;
+constexpr int linesAtOnce = 4;
 
 // The end of the part of `text` that begins at `start`: at a blank, if there is one.
 qsizetype partEnd(const QString& text, qsizetype start) {
@@ -28,14 +30,15 @@ void BalloonText::set(const QString& text, const QFont& font, QSize most) {
     width_ = most.width();
     layOut(0);
     double width = 0;
-    double height = 0;
-    for (int i = 0; i < layout_->lineCount(); ++i) {
+    for (int i = 0; i < layout_->lineCount(); ++i)
         width = std::max(width, layout_->lineAt(i).naturalTextWidth());
-        height = layout_->lineAt(i).y() + layout_->lineAt(i).height();
-    }
-    size_ = QSize(static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))).boundedTo(most);
+    const int lines = layout_->lineCount();
+    const QSize whole(static_cast<int>(std::ceil(width)), lines == 0 ? 0 : bottomOf(lines - 1));
+    finalSize_ = whole.boundedTo(most);
+    size_ =
+        lines <= linesAtOnce ? finalSize_ : finalSize_.boundedTo({most.width(), bottomOf(linesAtOnce - 1)});
     // What is written from right to left stands at the right edge: of the balloon, not of what it might need.
-    if (text_.size() <= longestPart) width_ = size_.width();
+    if (text_.size() <= longestPart) width_ = finalSize_.width();
     layOut(0);
 }
 
@@ -65,8 +68,14 @@ void BalloonText::reveal(qsizetype end) {
     const QTextLine line =
         layout_->lineForTextPosition(static_cast<int>(std::max<qsizetype>(0, revealed_ - start_ - 1)));
     if (!line.isValid()) return;
-    const double bottom = line.y() + line.height();
-    if (bottom - scrolled_ > size_.height()) scrolled_ = bottom - size_.height();
+    const int bottom = bottomOf(line.lineNumber());
+    size_.setHeight(std::max(size_.height(), std::min(bottom, finalSize_.height())));
+    scrolled_ = std::max(scrolled_, bottom - size_.height());
+}
+
+int BalloonText::bottomOf(int number) const {
+    const QTextLine line = layout_->lineAt(number);
+    return static_cast<int>(std::ceil(line.y() + line.height()));
 }
 
 void BalloonText::draw(QPainter& painter, const QColor& colour) const {
@@ -81,7 +90,7 @@ void BalloonText::draw(QPainter& painter, const QColor& colour) const {
         if (end <= line.textStart()) break;
         // Glyph by glyph: a transparent colour would not hide pictures that have colours of their own.
         for (const auto& run : line.glyphRuns(line.textStart(), static_cast<int>(end) - line.textStart()))
-            painter.drawGlyphRun({0, -scrolled_}, run);
+            painter.drawGlyphRun(QPointF(0, -scrolled_), run);
     }
     painter.restore();
 }

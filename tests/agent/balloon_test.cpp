@@ -29,13 +29,28 @@ TEST(BalloonPlace, StandsAboveElseBesideElseBelowAndAlwaysOnTheScreen) {
         {{400, 50, 200, 200}, TailSide::left},    {{800, 0, 200, 200}, TailSide::right},
         {{250, 0, 500, 200}, TailSide::top},      {{0, 0, 1000, 800}, TailSide::bottom}};
     for (const auto& c : cases) {
-        const auto place = placeBalloon(c.figure, size, 16, screen);
+        const auto place = placeBalloon(c.figure, {size, size}, 16, screen);
         EXPECT_EQ(place.side, c.side) << c.figure.x() << "," << c.figure.y();
         EXPECT_TRUE(screen.contains(place.body));
         EXPECT_EQ(place.body.intersects(c.figure), c.figure == screen);
     }
-    const auto huge = placeBalloon({400, 400, 200, 200}, {2000, 2000}, 16, screen);
-    EXPECT_EQ(huge.body.topLeft(), QPoint(0, 0));
+    const QSize large(2000, 2000);
+    EXPECT_EQ(placeBalloon({400, 400, 200, 200}, {large, large}, 16, screen).body.topLeft(), QPoint(0, 0));
+}
+
+TEST(BalloonPlace, OneThatGrowsKeepsItsSide) {
+    const QRect screen(0, 0, 1000, 800);
+    const QSize later(300, 500);
+    for (const QRect figure :
+         {QRect(400, 550, 200, 200), QRect(400, 300, 200, 200), QRect(750, 300, 200, 200)}) {
+        const auto end = placeBalloon(figure, {later, later}, 16, screen);
+        for (int height = 60; height < 500; height += 20) {
+            const auto place = placeBalloon(figure, {QSize(300, height), later}, 16, screen);
+            EXPECT_EQ(place.side, end.side);
+            EXPECT_EQ(place.tip, end.tip);
+            EXPECT_TRUE(end.body.contains(place.body));
+        }
+    }
 }
 
 TEST(ShownLine, DrawsNoControlCharacterButLineEnds) {
@@ -60,12 +75,21 @@ QImage drawn(const BalloonText& text) {
     return image;
 }
 
-TEST(BalloonText, RevealsWordsAndScrollsToThem) {
+TEST(BalloonText, RevealsWordsGrowsWithThemAndThenScrolls) {
     QString line;
     for (int i = 0; i < 3000; ++i) line += QStringLiteral("word%1 ").arg(i);
     BalloonText text;
-    text.set(line, QApplication::font(), {200, 100});
-    EXPECT_EQ(text.size().height(), 100);
+    text.set(line, QApplication::font(), {200, 300});
+    EXPECT_EQ(text.finalSize().height(), 300);
+    EXPECT_LT(text.size().height(), 150);
+    int height = text.size().height();
+    for (qsizetype end = 0; end < 700; end += 10) {
+        text.reveal(end);
+        EXPECT_GE(text.size().height(), height);
+        height = text.size().height();
+    }
+    EXPECT_EQ(height, 300);
+    text.set(line, QApplication::font(), {200, 60});
     const QImage empty = drawn(text);
     text.reveal(5);
     const QImage first = drawn(text);
@@ -91,9 +115,12 @@ TEST(BalloonText, TakesAWordOfAnyLengthAndNoText) {
 TEST(BalloonWindow, NeverTakesMoreThanMostOfTheScreen) {
     Balloon balloon;
     const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    balloon.open(BalloonKind::thought, QStringLiteral("many words ").repeated(2000), {},
-                 {screen.center(), QSize(100, 100)});
+    const QString line = QStringLiteral("many words ").repeated(2000);
+    balloon.open(BalloonKind::thought, line, {}, {screen.center(), QSize(100, 100)});
     EXPECT_TRUE(balloon.isVisible());
+    EXPECT_LT(balloon.height(), screen.height() / 4);
+    balloon.reveal(line.size() / 2);
+    EXPECT_GT(balloon.height(), screen.height() / 2);
     EXPECT_LE(balloon.height(), screen.height() * 7 / 10);
     EXPECT_TRUE(screen.contains(balloon.geometry().adjusted(1, 1, -1, -1)));
 }
