@@ -88,7 +88,7 @@ std::optional<SpeechJob> SpeechWorker::nextJob(Turn& turn) {
 }
 
 void SpeechWorker::say(SynthesisAhead& speech, int sampleRate, const SpeechJob& job, Turn turn) {
-    constexpr std::chrono::seconds enough{2};
+    constexpr std::chrono::milliseconds enough{1000};  // for the next phrase to be begun
     Player player(open_(sampleRate), {.sampleRate = sampleRate,
                                       .now = &std::chrono::steady_clock::now,
                                       .tell = [&](const SpeechEvent& event) { tell(job, event, turn); }});

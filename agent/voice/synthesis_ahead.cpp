@@ -9,6 +9,7 @@ namespace agent {
 namespace {
 
 constexpr std::size_t secondsAhead = 4;
+constexpr std::size_t lackPerSecond = 5;  // what lasts that part of a second is little
 
 bool isMute(std::span<const SpokenWord> words) {
     return std::ranges::all_of(words, [](auto& word) { return word.spoken.empty(); });
@@ -63,7 +64,7 @@ void SynthesisAhead::run() {
                                   .stopped = [this] { return stopped(); }};
     const std::span<const SpokenWord> words = line_->words;
     const PhraseLimits limits = synthesizer_.limits();
-    for (std::size_t first = 0; first < words.size() && !stopped();) {
+    for (std::size_t first = 0; first < words.size() && awaitLack();) {
         const auto rest = words.subspan(first);
         const auto count = phraseLength(rest, first == 0 ? limits.first : limits.later);
         pause(rest.front().pause);
@@ -108,6 +109,14 @@ void SynthesisAhead::pause(std::chrono::milliseconds time) {
         put(std::move(silence));
         time -= piece;
     }
+}
+
+// An engine at work on a phrase is hard to stop, and what it makes is thrown away with the line.
+bool SynthesisAhead::awaitLack() {
+    std::unique_lock lock(mutex_);
+    const auto little = static_cast<std::size_t>(synthesizer_.sampleRate()) / lackPerSecond;
+    changed_.wait(lock, [&] { return stopped_ || samples_ <= little; });
+    return !stopped_;
 }
 
 void SynthesisAhead::put(Utterance utterance) {

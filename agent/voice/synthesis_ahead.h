@@ -14,8 +14,8 @@
 
 namespace agent {
 
-/// Synthesises a line in a thread of its own, some seconds ahead of whoever takes the pieces: however long
-/// the line is, only so much of it is in memory as speech.
+/// Synthesises a line in a thread of its own, ahead of whoever takes the pieces: a phrase is begun when
+/// hardly anything is left to take, and however long it is, only some seconds of it are in memory as speech.
 class SynthesisAhead {
 public:
     /// `synthesizer` outlives this. `wake` is called in the thread whenever there is something new.
@@ -45,6 +45,7 @@ private:
     void run();
     void speak(std::span<const SpokenWord> words, std::size_t first, const SpeechReceiver& receiver);
     void pause(std::chrono::milliseconds time);
+    bool awaitLack();
     void put(Utterance utterance);
     bool stopped();
 
