@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,8 @@ struct HeardPiece {
     int first = 0;            ///< frame
     int frames = 0;
     double fit = 0;  ///< log likelihood; comparable between the readings of one piece of audio
+
+    bool operator==(const HeardPiece&) const = default;
 };
 using Reading = std::vector<HeardPiece>;
 
@@ -36,18 +39,27 @@ struct HearingModel {
     std::string writing = defaultWritingFolder();
 };
 
-/// Reads one piece of audio in two ways: as one of the commands, and as any sounds. Each of the ways has what
-/// it works with to itself: two threads may read at once, in one way each.
+/// Reads a phrase in one way. Used by one thread at a time.
 class Decoder {
 public:
-    /// Nothing if a part of the model can't be read.
-    static std::unique_ptr<Decoder> load(const HearingModel& model,
-                                         const std::vector<CommandGraph>& commands);
     virtual ~Decoder() = default;
 
-    /// One channel at 16000 samples a second. An empty reading: nothing fits, or nothing was said.
-    virtual Reading asCommand(std::span<const std::int16_t> samples) = 0;
-    virtual Reading asSounds(std::span<const std::int16_t> samples) = 0;
+    /// Reads what has been said of a phrase up to now, as far as it is not stopped. That changes nothing but
+    /// how soon a phrase that begins with it is read.
+    virtual void readAhead(std::span<const std::int16_t> beginning, const std::stop_token& stop) = 0;
+
+    /// One channel at 16000 samples a second. An empty reading: nothing fits, nothing was said, or it was
+    /// stopped.
+    virtual Reading read(std::span<const std::int16_t> phrase, const std::stop_token& stop) = 0;
 };
+
+/// The ways to read a phrase; each has what it works with to itself.
+struct Decoders {
+    std::unique_ptr<Decoder> commands;  ///< as one of the commands
+    std::unique_ptr<Decoder> sounds;    ///< as any sounds
+};
+
+/// Nothing if a part of the model can't be read.
+std::optional<Decoders> loadDecoders(const HearingModel& model, const std::vector<CommandGraph>& commands);
 
 }  // namespace agent

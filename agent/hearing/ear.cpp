@@ -119,9 +119,13 @@ private:
         auto heardUpTo = Clock::now();
         if (!lost) deliver(turn, job.events.onBegin);
         if (!learn(job.commands)) return cannotHear;
-        PhraseReader reader([this](const Samples& phrase, const std::stop_token& stop) {
-            return recogniser_->recognise(phrase, stop);
-        });
+        PhraseReader reader(
+            [this](const Samples& phrase, const std::stop_token& stop) {
+                return recogniser_->recognise(phrase, stop);
+            },
+            [this](const Samples& beginning, const std::stop_token& stop) {
+                recogniser_->readAhead(beginning, stop);
+            });
         bool ended = false;
         bool spoken = false;
         for (int waited = 0; waited < patience; waited += reader.speaking() ? 0 : 1) {

@@ -5,11 +5,11 @@
 namespace agent {
 
 // Learned by `velmora-hearing`, see docs/hearing.md.
-constexpr JudgeWeights weightsWithTranscript{2.82741,
-                                             {2.04124, 0.69743, -2.15291, -0.45252, -0.234951, 1.06027,
-                                              1.09165, -0.245046, -2.11009, 0.0106791, 0.635176, -0.797764}};
-constexpr JudgeWeights weightsWithoutTranscript{-4.44442,
-                                                {0, 0, 3.73284e-05, -0.750991, -0.431632, 1.5955, 3.10167,
-                                                 1.47688, -2.88258, -0.107427, -8.56921, -2.43635}};
+constexpr JudgeWeights weightsWithTranscript{2.25298,
+                                             {2.22664, 0.00875828, -4.0074, -0.6628, -0.161603, 1.85882,
+                                              1.18526, 2.0282, -2.41207, -0.154595, 3.11919, -0.986784}};
+constexpr JudgeWeights weightsWithoutTranscript{-3.82902,
+                                                {0, 0, -4.7431e-09, -0.905851, -0.399213, 1.48509, 2.8908,
+                                                 0.244143, -2.38916, -0.0739946, -10.3753, -1.64075}};
 
 }  // namespace agent

@@ -86,6 +86,8 @@ Ort::SessionOptions options() {
     Ort::SessionOptions options;
     options.SetIntraOpNumThreads(1);
     options.SetInterOpNumThreads(1);
+    // The model's numbers are unpacked once, not for each token.
+    options.AddConfigEntry("session.disable_quant_qdq", "1");
     options.AddConfigEntry("session.use_env_allocators", "1");
     return options;
 }

@@ -28,6 +28,8 @@ public:
     bool speaking() const { return speaking_; }
     /// Whether a phrase is under way that may have ended: nobody has spoken for 0.04 seconds.
     bool pausing() const;
+    /// What has been said of the phrase up to now, while somebody is speaking.
+    const Samples& phrase() const { return phrase_; }
     /// The phrase as it will be if it ends with this pause.
     Samples phraseUpToPause() const;
 

@@ -13,25 +13,7 @@
 namespace agent {
 namespace {
 
-/// The phrase as the model likes it: of a usual loudness, and nowhere stiller than a recording room, as the
-/// model knows no perfect silence.
-Samples prepare(std::span<const std::int16_t> samples) {
-    constexpr int usualPeak = 12000;
-    constexpr double mostGain = 50;
-    constexpr int floor = 50;
-    int peak = 1;
-    for (const std::int16_t sample : samples) peak = std::max(peak, std::abs(int{sample}));
-    const double gain = std::min(static_cast<double>(usualPeak) / peak, mostGain);
-    Samples prepared(samples.size());
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        prepared[i] = static_cast<std::int16_t>(std::lround(samples[i] * gain));
-    std::minstd_rand noise;  // seeded the same each time: a phrase is always heard the same way
-    for (std::int16_t& sample : prepared)
-        sample = static_cast<std::int16_t>(sample + static_cast<int>(noise() % (2 * floor + 1)) - floor);
-    return prepared;
-}
-
-/// The same played more slowly, and thus lower, by linear interpolation.
+/// The phrase played more slowly, and thus lower, by linear interpolation.
 Samples stretched(std::span<const std::int16_t> samples, double factor) {
     Samples result(static_cast<std::size_t>(static_cast<double>(samples.size()) * factor));
     for (std::size_t i = 0; i < result.size(); ++i) {
@@ -62,44 +44,67 @@ std::unique_ptr<Recogniser> Recogniser::load(const HearingModel& model,
     for (const std::string& grammar : grammars)
         graphs.push_back(makeCommandGraph(grammar, *dictionary, soundOut));
     if (std::ranges::all_of(graphs, &CommandGraph::empty)) return nullptr;
-    auto decoder = Decoder::load(model, graphs);
-    if (!decoder) return nullptr;
+    auto decoders = loadDecoders(model, graphs);
+    if (!decoders) return nullptr;
     addWritings(graphs, *dictionary);
     auto transcriber = Transcriber::load(model.writing, graphs);
     return std::unique_ptr<Recogniser>(
-        new Recogniser(grammars, std::move(graphs), std::move(decoder), std::move(transcriber)));
+        new Recogniser(grammars, std::move(graphs), std::move(*decoders), std::move(transcriber)));
 }
 
 Recogniser::Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs,
-                       std::unique_ptr<Decoder> decoder, std::unique_ptr<Transcriber> transcriber)
+                       Decoders decoders, std::unique_ptr<Transcriber> transcriber)
     : vocabulary_(std::vector<std::string_view>(grammars.begin(), grammars.end())),
       graphs_(std::move(graphs)),
-      decoder_(std::move(decoder)),
+      decoders_(std::move(decoders)),
       transcriber_(std::move(transcriber)) {}
 
-void Recogniser::addCommand(Transcript& transcript, const Reading& reading) {
+void Recogniser::addCommand(std::optional<Transcript>& transcript, const Reading& reading,
+                            const std::stop_token& stop) {
     const auto command = commandOf(reading);
-    if (!command || std::ranges::find(transcript.commands, *command, &Transcript::Command::command) !=
-                        transcript.commands.end())
+    if (!transcript || !command || stop.stop_requested() ||
+        std::ranges::find(transcript->commands, *command, &Transcript::Command::command) !=
+            transcript->commands.end())
         return;
-    if (auto written = transcriber_->asCommand(*command)) transcript.commands.push_back(std::move(*written));
+    try {
+        if (auto written = transcriber_->asCommand(*command))
+            transcript->commands.push_back(std::move(*written));
+    } catch (const std::exception&) {
+        transcript.reset();
+    }
+}
+
+void Recogniser::readAhead(std::span<const std::int16_t> beginning, const std::stop_token& stop) {
+    const std::lock_guard lock(decoding_);
+    // An answer is waited for.
+    const auto sounds = std::async(std::launch::async, [&] { decoders_.sounds->readAhead(beginning, stop); });
+    decoders_.commands->readAhead(beginning, stop);
 }
 
 Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop_token& stop) {
-    const Samples prepared = prepare(samples);
-    // An answer is waited for.
-    auto sounds = std::async(std::launch::async, [&] { return decoder_->asSounds(prepared); });
+    Readings readings;
     auto transcript = std::async(std::launch::async, [&]() -> std::optional<Transcript> {
         if (!transcriber_) return {};
         return transcriber_->transcribe(samples, stop);
     });
-    Readings readings{.command = decoder_->asCommand(prepared), .sounds = sounds.get()};
+    // Sounds need less of the pause. What it begins with has really been heard, so that none of it is read
+    // in vain if the speaker goes on; only the end is read when the text is there, as then that is less
+    // likely.
+    constexpr std::size_t unneeded = hearingRate * 12 / 100;
+    const auto heard = samples.first(samples.size() - std::min(unneeded, samples.size()));
+    readAhead(heard, stop);
     try {
         readings.transcript = transcript.get();
-        if (readings.transcript && !stop.stop_requested()) addCommand(*readings.transcript, readings.command);
     } catch (const std::exception&) {
-        readings.transcript.reset();  // the model has failed: one hears less well without it
+        // The model has failed: one hears less well without it.
     }
+    {
+        const std::lock_guard lock(decoding_);
+        auto sounds = std::async(std::launch::async, [&] { return decoders_.sounds->read(heard, stop); });
+        readings.command = decoders_.commands->read(heard, stop);
+        readings.sounds = sounds.get();
+    }
+    addCommand(readings.transcript, readings.command, stop);
     return readings;
 }
 
@@ -109,10 +114,10 @@ void Recogniser::readSlower(std::span<const std::int16_t> samples, Readings& rea
     if (!readings.transcript) return;
     try {
         readings.slower = transcriber_->transcribe(stretched(samples, howMuch), stop);
-        if (!stop.stop_requested()) addCommand(*readings.slower, readings.command);
     } catch (const std::exception&) {
         readings.slower.reset();
     }
+    addCommand(readings.slower, readings.command, stop);
 }
 
 std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> samples,

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <stop_token>
@@ -25,13 +26,18 @@ struct HeardPhrase {
     bool mayGoOn = false;                ///< another command begins with these words
 };
 
-/// Tells which of many commands a phrase is, and how sure that is. Used by one thread at a time.
+/// Tells which of many commands a phrase is, and how sure that is. Used by one thread at a time, but for
+/// `readAhead`.
 class Recogniser {
 public:
     /// Nothing if the model can't be read, or if there is no grammar that can be heard.
     static std::unique_ptr<Recogniser> load(const HearingModel& model,
                                             const std::vector<std::string>& grammars,
                                             const SoundOut& soundOut);
+
+    /// Reads what has been said of a phrase up to now, so that the whole of it is recognised the sooner.
+    /// May be called while another thread recognises.
+    void readAhead(std::span<const std::int16_t> beginning, const std::stop_token& stop);
 
     /// The samples are one phrase, at 16000 a second, with a little of the room before and after it. Nothing
     /// if there is not a word in them, or if it is stopped.
@@ -49,15 +55,17 @@ public:
     const std::vector<CommandGraph>& graphs() const { return graphs_; }
 
 private:
-    Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs,
-               std::unique_ptr<Decoder> decoder, std::unique_ptr<Transcriber> transcriber);
+    Recogniser(const std::vector<std::string>& grammars, std::vector<CommandGraph> graphs, Decoders decoders,
+               std::unique_ptr<Transcriber> transcriber);
 
-    /// Has the transcriber look for a command that it has not thought of.
-    void addCommand(Transcript& transcript, const Reading& reading);
+    /// Has the transcriber look for a command that it has not thought of. Without a transcript if it fails.
+    void addCommand(std::optional<Transcript>& transcript, const Reading& reading,
+                    const std::stop_token& stop);
 
     VoiceVocabulary vocabulary_;
     std::vector<CommandGraph> graphs_;
-    std::unique_ptr<Decoder> decoder_;
+    std::mutex decoding_;
+    Decoders decoders_;                         ///< for whoever holds `decoding_`
     std::unique_ptr<Transcriber> transcriber_;  ///< null without the model for it
 };
 

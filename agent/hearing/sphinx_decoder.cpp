@@ -2,9 +2,12 @@
 #include <sphinxbase/err.h>
 #include <sphinxbase/fsg_model.h>
 
+#include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 
+#include "agent/hearing/cepstra.h"
 #include "agent/hearing/decoder.h"
 
 namespace agent {
@@ -38,8 +41,8 @@ std::string commandWord(std::size_t command, std::size_t arc) {
     return std::string(commandPrefix).append(std::to_string(command)).append("_").append(std::to_string(arc));
 }
 
-/// One decoder with its dictionary, and the searches that it can do.
-class Engine {
+/// One way to read, with a dictionary of its own and the grammar "all".
+class SphinxDecoder : public Decoder {
 public:
     bool load(const HearingModel& model) {
         // Scores of all senones are needed: with only the active ones, two readings would be measured against
@@ -50,7 +53,11 @@ public:
                         "-bestpath", "no", "-beam", beam, "-pbeam", beam, "-wbeam", wordBeam, "-compallsen",
                         "yes", "-remove_silence", "no", "-remove_noise", "no", nullptr));
         if (config) decoder_.reset(ps_init(config.get()));
-        return decoder_ != nullptr;
+        if (!decoder_) return false;
+        cepstra_ = Cepstra::make(ps_get_config(get()));
+        // The means are taken away already. The model's own settings would override an option.
+        ps_get_feat(get())->cmn = CMN_NONE;
+        return cepstra_ != nullptr;
     }
 
     ps_decoder_t* get() const { return decoder_.get(); }
@@ -67,11 +74,52 @@ public:
         }
     }
 
-    Reading read(const char* search, std::span<const std::int16_t> samples) {
+    void readAhead(std::span<const std::int16_t> beginning, const std::stop_token& stop) override {
+        constexpr std::size_t piece = hearingRate / 10;
+        if (!goesOnWith(beginning) && !begin()) return;
+        while (read_.size() < beginning.size() && !stop.stop_requested()) {
+            const auto rest = beginning.subspan(read_.size());
+            const auto next = rest.first(std::min(piece, rest.size()));
+            search(cepstra_->feed(next));
+            read_.insert(read_.end(), next.begin(), next.end());
+        }
+    }
+
+    Reading read(std::span<const std::int16_t> phrase, const std::stop_token& stop) override {
+        readAhead(phrase, stop);
+        if (!reading_ || stop.stop_requested()) return {};
+        search(cepstra_->finish());
+        return end() ? result() : Reading();
+    }
+
+private:
+    /// Whether what was read up to now is how this begins.
+    bool goesOnWith(std::span<const std::int16_t> beginning) const {
+        return reading_ && read_.size() <= beginning.size() &&
+               std::ranges::equal(read_, beginning.first(read_.size()));
+    }
+
+    bool begin() {
+        if (reading_) end();
+        read_.clear();
+        cepstra_->begin();
+        reading_ = ps_start_utt(get()) == 0;
+        return reading_;
+    }
+
+    bool end() {
+        reading_ = false;
+        return ps_end_utt(get()) == 0;
+    }
+
+    void search(std::vector<Cepstrum> cepstra) {
+        std::vector<mfcc_t*> rows(cepstra.size());
+        std::ranges::transform(cepstra, rows.begin(), [](Cepstrum& cepstrum) { return cepstrum.data(); });
+        ps_process_cep(get(), rows.data(), static_cast<int>(rows.size()), FALSE, FALSE);
+    }
+
+    Reading result() const {
         Reading reading;
-        if (ps_set_search(get(), search) < 0 || ps_start_utt(get()) < 0) return reading;
-        ps_process_raw(get(), samples.data(), samples.size(), FALSE, TRUE);
-        if (ps_end_utt(get()) < 0) return reading;
         int score = 0;
         const char* words = ps_get_hyp(get(), &score);
         if (words == nullptr || *words == '\0') return reading;
@@ -82,7 +130,6 @@ public:
         return reading;
     }
 
-private:
     HeardPiece pieceOf(ps_seg_t* segment) const {
         constexpr double scoreUnit = 1024;  // the decoder's scores are shifted by ten bits
         const auto meaning = meanings_.find(ps_seg_word(segment));
@@ -99,17 +146,19 @@ private:
     }
 
     std::unique_ptr<ps_decoder_t, Free> decoder_;
+    std::unique_ptr<Cepstra> cepstra_;
     std::map<std::string, HeardPiece, std::less<>> meanings_;
+    bool reading_ = false;  ///< a phrase, of which so much has been read:
+    Samples read_;
 };
 
 /// A grammar under construction.
 class Grammar {
 public:
     /// From state 0 to state 1.
-    Grammar(const Engine& engine, const char* name, std::size_t states)
-        : engine_(engine),
-          name_(name),
-          grammar_(fsg_model_init(name, engine.logarithms(), 1.0F, static_cast<int>(states))) {
+    Grammar(const SphinxDecoder& decoder, std::size_t states)
+        : decoder_(decoder),
+          grammar_(fsg_model_init(name, decoder.logarithms(), 1.0F, static_cast<int>(states))) {
         grammar_->start_state = 0;
         grammar_->final_state = 1;
     }
@@ -130,22 +179,23 @@ public:
 
     bool set() {
         glist_free(fsg_model_null_trans_closure(grammar_.get(), nullptr));
-        return ps_set_fsg(engine_.get(), name_, grammar_.get()) == 0;
+        return ps_set_fsg(decoder_.get(), name, grammar_.get()) == 0 &&
+               ps_set_search(decoder_.get(), name) == 0;
     }
 
 private:
-    int logOf(double natural) const { return logmath_ln_to_log(engine_.logarithms(), natural); }
+    int logOf(double natural) const { return logmath_ln_to_log(decoder_.logarithms(), natural); }
 
-    const Engine& engine_;
-    const char* name_;
+    static constexpr const char* name = "all";
+    const SphinxDecoder& decoder_;
     std::unique_ptr<fsg_model_t, Free> grammar_;
 };
 
 /// All commands side by side.
-bool setCommands(const Engine& engine, const std::vector<CommandGraph>& commands) {
+bool setCommands(const SphinxDecoder& decoder, const std::vector<CommandGraph>& commands) {
     std::size_t states = 2;
     for (const CommandGraph& command : commands) states += command.empty() ? 0 : command.states;
-    Grammar grammar(engine, "commands", states);
+    Grammar grammar(decoder, states);
     std::size_t base = 2;
     for (std::size_t command = 0; command < commands.size(); ++command) {
         const CommandGraph& graph = commands[command];
@@ -167,49 +217,37 @@ bool setCommands(const Engine& engine, const std::vector<CommandGraph>& commands
     return grammar.set();
 }
 
-bool setSounds(const Engine& engine) {
-    Grammar grammar(engine, "sounds", 2);
+bool setSounds(const SphinxDecoder& decoder) {
+    Grammar grammar(decoder, 2);
     grammar.addAnySounds(0, logSound);
     grammar.addNothing(0, 1, 0);
     return grammar.set();
 }
 
-class SphinxDecoder : public Decoder {
-public:
-    bool load(const HearingModel& model, const std::vector<CommandGraph>& commands) {
-        err_set_logfp(nullptr);
-        if (!commands_.load(model) || !sounds_.load(model)) return false;
-        for (const std::string_view sound : phoneNames()) {
-            for (Engine* engine : {&commands_, &sounds_})
-                engine->add(soundWord(sound), {readPhones(sound)}, {.kind = HeardPiece::Kind::sound});
-        }
-        for (std::size_t command = 0; command < commands.size(); ++command) {
-            const auto& arcs = commands[command].arcs;
-            for (std::size_t arc = 0; arc < arcs.size(); ++arc)
-                commands_.add(commandWord(command, arc), arcs[arc].saidAs,
-                              {.kind = HeardPiece::Kind::word, .command = command, .word = arcs[arc].word});
-        }
-        return setCommands(commands_, commands) && setSounds(sounds_);
-    }
-
-    Reading asCommand(std::span<const std::int16_t> samples) override {
-        return commands_.read("commands", samples);
-    }
-    Reading asSounds(std::span<const std::int16_t> samples) override {
-        return sounds_.read("sounds", samples);
-    }
-
-private:
-    Engine commands_;
-    Engine sounds_;
-};
+/// Can say any sound.
+std::unique_ptr<SphinxDecoder> load(const HearingModel& model) {
+    auto decoder = std::make_unique<SphinxDecoder>();
+    if (!decoder->load(model)) return nullptr;
+    for (const std::string_view sound : phoneNames())
+        decoder->add(soundWord(sound), {readPhones(sound)}, {.kind = HeardPiece::Kind::sound});
+    return decoder;
+}
 
 }  // namespace
 
-std::unique_ptr<Decoder> Decoder::load(const HearingModel& model, const std::vector<CommandGraph>& commands) {
-    auto decoder = std::make_unique<SphinxDecoder>();
-    if (!decoder->load(model, commands)) return nullptr;
-    return decoder;
+std::optional<Decoders> loadDecoders(const HearingModel& model, const std::vector<CommandGraph>& commands) {
+    err_set_logfp(nullptr);
+    auto asCommand = load(model);
+    auto asSounds = load(model);
+    if (!asCommand || !asSounds) return {};
+    for (std::size_t command = 0; command < commands.size(); ++command) {
+        const auto& arcs = commands[command].arcs;
+        for (std::size_t arc = 0; arc < arcs.size(); ++arc)
+            asCommand->add(commandWord(command, arc), arcs[arc].saidAs,
+                           {.kind = HeardPiece::Kind::word, .command = command, .word = arcs[arc].word});
+    }
+    if (!setCommands(*asCommand, commands) || !setSounds(*asSounds)) return {};
+    return Decoders{std::move(asCommand), std::move(asSounds)};
 }
 
 }  // namespace agent

@@ -20,6 +20,7 @@ struct Transcriber::Hypothesis {
     double logLikelihood = 0;
     std::size_t row = 0;  ///< of the model's last answer
     Token token = 0;      ///< the last one
+    bool wild = false;    ///< which a `[...]` took up
 
     bool free() const { return places.empty(); }
 };
@@ -32,8 +33,8 @@ constexpr double mostTokensASecond = 6;
 /// Natural logarithms of likelihoods: a command that is this much less likely than the best one, or than what
 /// was written freely, is not followed up.
 constexpr double hopelessBehindBest = 10;
-constexpr double hopelessBehindFree = 25;
-/// The same where the best command is what was written freely.
+constexpr double hopelessBehindFree = 14;
+/// The same where the words of the best command are what was written freely, or where there is no other.
 constexpr double hopelessBehindAgreed = 4;
 /// What each token counts that a `[...]` takes up, beside its own likelihood.
 constexpr double wildToken = -0.5;
@@ -91,8 +92,9 @@ private:
 /// The search for the likeliest texts.
 class Transcriber::Search {
 public:
-    Search(const WritingGraph& graph, const Tokens& tokens, std::vector<Hypothesis> begin)
-        : graph_(graph), under_(std::move(begin)) {
+    /// `freely`: the likelihood of what was written freely, as far as it is known.
+    Search(const WritingGraph& graph, const Tokens& tokens, std::vector<Hypothesis> begin, double freely)
+        : graph_(graph), under_(std::move(begin)), single_(under_.size() == 1), freely_(freely) {
         for (const char* mark : {".", ",", "!", "?"}) {
             for (const Token token : tokens.split(mark)) marks_.push_back(token);
         }
@@ -165,18 +167,23 @@ private:
         if (wild.empty()) return;
         for (const Token token : here.likeliest()) {
             if (token != Tokens::end)
-                on.push_back(
-                    {wild, hypothesis.logLikelihood + here.of(token) + wildToken, hypothesis.row, token});
+                on.push_back({.places = wild,
+                              .logLikelihood = hypothesis.logLikelihood + here.of(token) + wildToken,
+                              .row = hypothesis.row,
+                              .token = token,
+                              .wild = true});
         }
     }
 
     void choose(std::vector<Hypothesis> on) {
         std::ranges::sort(on, std::greater(), &Hypothesis::logLikelihood);
-        const bool agreed =
-            freeRow_ && !on.empty() && on[0].row == freeRow_->row && on[0].token == freeRow_->token;
+        // Where a `[...]` takes up what is written freely, that tells nothing against the other commands.
+        const bool agreed = freeRow_ && !on.empty() && on[0].row == freeRow_->row &&
+                            on[0].token == freeRow_->token && !on[0].wild;
         const double best = on.empty() ? best_ : std::max(best_, on[0].logLikelihood);
-        const double hopeless = std::max(best - (agreed ? hopelessBehindAgreed : hopelessBehindBest),
-                                         freely_ - hopelessBehindFree);
+        const double hopeless =
+            std::max(best - (agreed || single_ ? hopelessBehindAgreed : hopelessBehindBest),
+                     freely_ - hopelessBehindFree);
         std::erase_if(
             on, [hopeless](const Hypothesis& hypothesis) { return hypothesis.logLikelihood < hopeless; });
         under_.clear();
@@ -193,10 +200,11 @@ private:
 
     const WritingGraph& graph_;
     std::vector<Hypothesis> under_;
+    bool single_;  ///< it is about one command
     TokenList marks_;
     std::optional<Hypothesis> freeRow_;
     TokenList text_;
-    double freely_ = 0;
+    double freely_;
     double best_ = never;
     bool first_ = true;
     std::vector<Transcript::Command> ended_;
@@ -204,15 +212,16 @@ private:
 
 namespace {
 
-/// The phrase as loud as the model likes it.
+/// The phrase as the model likes it: loud, and some time after the beginning.
 std::vector<float> prepare(std::span<const std::int16_t> samples) {
+    constexpr double secondsBefore = 0.3;
     constexpr float usualPeak = 0.5F;
     constexpr float mostGain = 50.0F / 32768;
     int peak = 1;
     for (const std::int16_t sample : samples) peak = std::max(peak, std::abs(int{sample}));
     const float gain = std::min(usualPeak / static_cast<float>(peak), mostGain);
-    std::vector<float> prepared;
-    prepared.reserve(samples.size());
+    std::vector<float> prepared(static_cast<std::size_t>(secondsBefore * rate));
+    prepared.reserve(prepared.size() + samples.size());
     for (const std::int16_t sample : samples) prepared.push_back(static_cast<float>(sample) * gain);
     return prepared;
 }
@@ -233,7 +242,10 @@ std::unique_ptr<Transcriber> Transcriber::load(const std::string& folder,
 
 Transcript Transcriber::transcribe(std::span<const std::int16_t> samples, const std::stop_token& stop) {
     mostSteps_ = static_cast<int>(static_cast<double>(samples.size()) / rate * mostTokensASecond);
-    return follow({{}, {.places = graph_.begin()}}, model_->hear(prepare(samples)), stop);
+    freely_ = 0;
+    Transcript transcript = follow({{}, {.places = graph_.begin()}}, model_->hear(prepare(samples)), stop);
+    freely_ = transcript.logLikelihood;
+    return transcript;
 }
 
 std::optional<Transcript::Command> Transcriber::asCommand(std::size_t command) {
@@ -245,7 +257,7 @@ std::optional<Transcript::Command> Transcriber::asCommand(std::size_t command) {
 
 Transcript Transcriber::follow(std::vector<Hypothesis> begin, const NextTokens& first,
                                const std::stop_token& stop) {
-    Search search(graph_, tokens_, std::move(begin));
+    Search search(graph_, tokens_, std::move(begin), freely_);
     auto texts = search.step(first);
     for (int step = 0; step < mostSteps_ && !texts.empty() && !stop.stop_requested(); ++step)
         texts = search.step(model_->goOn(texts));

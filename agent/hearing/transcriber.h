@@ -54,7 +54,9 @@ private:
     std::unique_ptr<WritingModel> model_;
     Tokens tokens_;
     WritingGraph graph_;
-    int mostSteps_ = 0;  ///< tokens in a text, for the phrase that was transcribed last
+    // Of the phrase that was transcribed last:
+    int mostSteps_ = 0;  ///< tokens in a text
+    double freely_ = 0;  ///< likelihood of what was written freely
 };
 
 }  // namespace agent

@@ -101,9 +101,13 @@ double answerTime(agent::Recogniser& recogniser, const agent::Samples& samples, 
     const auto loud = std::ranges::find_if(samples.rbegin(), samples.rend(),
                                            [](int sample) { return std::abs(sample) > 300; });
     const auto spoken = static_cast<std::size_t>(samples.rend() - loud);
-    agent::PhraseReader reader([&recogniser](const agent::Samples& phrase, const std::stop_token& stop) {
-        return recogniser.recognise(phrase, stop);
-    });
+    agent::PhraseReader reader(
+        [&recogniser](const agent::Samples& phrase, const std::stop_token& stop) {
+            return recogniser.recognise(phrase, stop);
+        },
+        [&recogniser](const agent::Samples& beginning, const std::stop_token& stop) {
+            recogniser.readAhead(beginning, stop);
+        });
     const auto start = Clock::now();
     bool ended = false;
     for (std::size_t at = 0; !ended && at + piece <= samples.size(); at += piece) {

@@ -75,6 +75,33 @@ TEST(PhraseReader, ACommandThatMayGoOnIsAnsweredAfterThePause) {
     EXPECT_EQ(reader.result()->command, 3);
 }
 
+TEST(PhraseReader, ReadsWhatIsBeingSaidAndStopsThatInThePause) {
+    std::atomic<std::size_t> longest = 0;
+    std::atomic<int> calls = 0;
+    std::atomic<bool> stopped = false;
+    PhraseReader reader(
+        [&](const Samples& phrase, const std::stop_token& stop) {
+            while (!stopped) std::this_thread::yield();
+            return measure(phrase, stop);
+        },
+        [&](const Samples& beginning, const std::stop_token& stop) {
+            longest = beginning.size();
+            // From half a second on it takes until it is stopped.
+            while (++calls && beginning.size() > 5 * tenth && !stop.stop_requested())
+                std::this_thread::yield();
+            stopped = stop.stop_requested();
+        });
+    ASSERT_FALSE(feed(reader, {{5, 20}}));
+    EXPECT_EQ(calls, 0);
+    ASSERT_FALSE(feed(reader, {{8, 5000}}));
+    // Nothing more is said for a while; reading goes on in another thread.
+    for (int i = 0; longest < 8 * tenth && i < 100'000'000; ++i) reader.feed({});
+    ASSERT_TRUE(feed(reader, {{20, 20}}));
+    EXPECT_GT(tenthsOf(reader), 5);
+    EXPECT_GE(longest, 8 * tenth);
+    EXPECT_GE(calls, 1);
+}
+
 TEST(PhraseReader, StopsRecognisingWhenTheSpeakerGoesOn) {
     std::atomic<int> stopped = 0;
     PhraseReader reader([&stopped](const Samples& phrase, const std::stop_token& stop) {

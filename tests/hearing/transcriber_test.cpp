@@ -158,6 +158,10 @@ TEST_F(Transcribing, AnyWordsMayStandAroundACommandThatAllowsIt) {
     EXPECT_EQ(transcript.commands[0].command, 1U);
     EXPECT_EQ(transcript.commands[0].words, "general");
     EXPECT_THAT(transcribe("show me tip please", grammars).commands, testing::IsEmpty());
+    // It takes up whatever was said, which tells nothing against the other commands.
+    const Transcript rail = transcribe("check rail", {"[...]general[...]", "(check|open)mail"});
+    ASSERT_FALSE(rail.commands.empty());
+    EXPECT_EQ(rail.commands[0].command, 1U);
 }
 
 TEST_F(Transcribing, ACommandCanBeAskedForThatWasNotThoughtOf) {

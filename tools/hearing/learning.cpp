@@ -30,12 +30,11 @@ Scale scaleOf(const std::vector<Example>& examples) {
 }  // namespace
 
 agent::JudgeWeights learn(const std::vector<Example>& examples) {
-    constexpr int rounds = 4000;
-    constexpr double pace = 0.5;
-    constexpr double regularisation = 0.002;
+    constexpr int rounds = 8000;
+    constexpr double pace = 2;
     const Scale scale = scaleOf(examples);
-    const auto right = static_cast<double>(std::ranges::count(examples, true, &Example::right));
-    const double wrong = static_cast<double>(examples.size()) - right;
+    const double share = 1 / static_cast<double>(examples.size());
+    const double regularisation = share;  // weights of a usual size cost no more than an example
     agent::JudgeWeights found;
     for (int round = 0; round < rounds; ++round) {
         agent::JudgeWeights slope;
@@ -44,7 +43,6 @@ agent::JudgeWeights learn(const std::vector<Example>& examples) {
             for (std::size_t i = 0; i < signals; ++i)
                 sum +=
                     found.weights.at(i) * (example.signals.at(i) - scale.mean.at(i)) / scale.deviation.at(i);
-            const double share = 0.5 / (example.right ? right : wrong);
             const double error = share * ((example.right ? 1.0 : 0.0) - 1 / (1 + std::exp(-sum)));
             slope.bias += error;
             for (std::size_t i = 0; i < signals; ++i)
