@@ -87,9 +87,9 @@ Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop
         if (!transcriber_) return {};
         return transcriber_->transcribe(samples, stop);
     });
-    // Sounds need less of the pause. What it begins with has really been heard, so that none of it is read
-    // in vain if the speaker goes on; only the end is read when the text is there, as then that is less
-    // likely.
+    // Of the pause at the end no more is read than has surely been heard, so that nothing is read in vain if
+    // the speaker goes on. For the same reason the readings are finished only when the text is there: one
+    // that is finished can't go on.
     constexpr std::size_t unneeded = hearingRate * 12 / 100;
     const auto heard = samples.first(samples.size() - std::min(unneeded, samples.size()));
     readAhead(heard, stop);
