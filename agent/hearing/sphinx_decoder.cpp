@@ -44,6 +44,13 @@ std::string commandWord(std::size_t command, std::size_t arc) {
 /// One way to read, with a dictionary of its own and the grammar "all".
 class SphinxDecoder : public Decoder {
 public:
+    SphinxDecoder() = default;
+    ~SphinxDecoder() override {
+        if (reading_) end();
+    }
+    SphinxDecoder(const SphinxDecoder&) = delete;
+    SphinxDecoder& operator=(const SphinxDecoder&) = delete;
+
     bool load(const HearingModel& model) {
         // Scores of all senones are needed: with only the active ones, two readings would be measured against
         // different bests. Removing noise is off: it remembers earlier phrases, and what it leaves of a

@@ -6,6 +6,7 @@
 #include "agent/hearing/phrase_finder.h"
 #include "agent/hearing/shown_words.h"
 #include "agent/hearing/sound_out.h"
+#include "agent/hearing/writing_model.h"
 #include "tests/hearing/spoken.h"
 
 namespace {
@@ -31,11 +32,14 @@ TEST(Recogniser, TellsCommandsAndWhatElseWasMeantPerhaps) {
     const struct {
         const char* words;
         std::size_t command;
-    } cases[] = {{"check mail", 2}, {"open messenger", 4}, {"frobnitz", 5}};
+        bool bySoundAlone = true;
+    } cases[] = {{"check mail", 2, false}, {"new mail", 3}, {"open messenger", 4}, {"frobnitz", 5}};
     for (const std::string& way : ways) {
         const auto ears = recogniser({.writing = way});
         ASSERT_NE(ears, nullptr);
+        const bool writes = WritingModel::load(way) != nullptr;
         for (const auto& c : cases) {
+            if (!writes && !c.bySoundAlone) continue;
             const auto heard = ears->recognise(findPhrases(spoken(c.words)).at(0));
             ASSERT_TRUE(heard) << c.words;
             EXPECT_EQ(heard->command, c.command) << c.words;
