@@ -34,7 +34,7 @@ void runUntil(PostedSteps& loop, const std::function<bool()>& condition) {
     if (!loop.runUntil(condition)) throw std::runtime_error("the voice is stuck");
 }
 
-// What a device was asked, and when.
+// What a device was asked, and when. Shared with the device's thread, which may outlive its voice.
 struct Record {
     Clock::time_point firstSample{};
     Clock::time_point dropped{};
@@ -42,11 +42,11 @@ struct Record {
 
 class RecordingSink : public AudioSink {
 public:
-    RecordingSink(Record& record, std::unique_ptr<AudioSink> device)
-        : record_(record), device_(std::move(device)) {}
+    RecordingSink(std::shared_ptr<Record> record, std::unique_ptr<AudioSink> device)
+        : record_(std::move(record)), device_(std::move(device)) {}
 
     bool write(std::span<const std::int16_t> samples) override {
-        if (record_.firstSample == Clock::time_point()) record_.firstSample = Clock::now();
+        if (record_->firstSample == Clock::time_point()) record_->firstSample = Clock::now();
         return !device_ || device_->write(samples);
     }
     std::optional<std::chrono::microseconds> delay() override {
@@ -54,18 +54,18 @@ public:
     }
     void drop(std::size_t unheard) override {
         if (device_) device_->drop(unheard);
-        record_.dropped = Clock::now();
+        record_->dropped = Clock::now();
     }
 
 private:
-    Record& record_;
+    std::shared_ptr<Record> record_;
     std::unique_ptr<AudioSink> device_;
 };
 
 // The real device, if there is one, in its thread.
-OpenSink recorded(Record& record, bool sound) {
-    return [&record, sound](int rate) -> std::unique_ptr<AudioSink> {
-        auto open = [&record, sound](int sampleRate) -> std::unique_ptr<AudioSink> {
+OpenSink recorded(const std::shared_ptr<Record>& record, bool sound) {
+    return [record, sound](int rate) -> std::unique_ptr<AudioSink> {
+        auto open = [record, sound](int sampleRate) -> std::unique_ptr<AudioSink> {
             auto device = sound ? openPulse(sampleRate) : nullptr;
             if (sound && !device) return nullptr;
             return std::make_unique<RecordingSink>(record, std::move(device));
@@ -77,17 +77,17 @@ OpenSink recorded(Record& record, bool sound) {
 
 void firstSample(const std::string& name, bool sound) {
     std::vector<double> times;
-    Record record;
+    const auto record = std::make_shared<Record>();
     PostedSteps loop;
     const auto voice = makeVoice({.name = name, .fallback = name}, recorded(record, sound), loop.post());
     for (int run = -1; run < runs; ++run) {
-        record = {};
+        *record = {};
         bool begun = false;
         const auto start = Clock::now();
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t) { begun = true; }});
         runUntil(loop, [&] { return begun; });
         // The first run loads the engine.
-        if (run >= 0) times.push_back(milliseconds(record.firstSample - start));
+        if (run >= 0) times.push_back(milliseconds(record->firstSample - start));
     }
     voice->stop();
     const std::string what = "first sample, " + name + (sound ? ", PulseAudio" : ", no device");
@@ -125,12 +125,12 @@ void workToBegin(const std::string& name, const std::string& text, const std::st
 
 void stopping(bool sound) {
     std::vector<double> times;
-    Record record;
+    const auto record = std::make_shared<Record>();
     PostedSteps loop;
     const auto voice =
         makeVoice({.name = "en-us", .fallback = "en-us"}, recorded(record, sound), loop.post());
     for (int run = 0; run < runs; ++run) {
-        record = {};
+        *record = {};
         bool told = false;
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t word) { told = word == 1; }});
         runUntil(loop, [&] { return told; });
@@ -139,7 +139,7 @@ void stopping(bool sound) {
         bool ended = false;
         voice->speak({}, {.onEnd = [&] { ended = true; }});
         runUntil(loop, [&] { return ended; });
-        times.push_back(milliseconds(record.dropped - start));
+        times.push_back(milliseconds(record->dropped - start));
     }
     report(sound ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",
            "the slowest of " + std::to_string(runs) + ", until the device has dropped the rest");
@@ -161,7 +161,7 @@ void alignment(const std::string& name, bool sound) {
                            before += piece.samples.size();
                        },
                    .stopped = [] { return false; }});
-    Record record;
+    const auto record = std::make_shared<Record>();
     PostedSteps loop;
     const auto voice = makeVoice(parameters, recorded(record, sound), loop.post());
     std::vector<Clock::time_point> told;
