@@ -87,9 +87,9 @@ Readings Recogniser::read(std::span<const std::int16_t> samples, const std::stop
         if (!transcriber_) return {};
         return transcriber_->transcribe(samples, stop);
     });
-    // Of the pause at the end no more is read than has surely been heard, so that nothing is read in vain if
-    // the speaker goes on. For the same reason the readings are finished only when the text is there: one
-    // that is finished can't go on.
+    // A phrase keeps 0.16 seconds of the pause at its end. No more than the first 0.04 of them are read,
+    // which have surely been heard, so that nothing is read in vain if the speaker goes on. For the same
+    // reason the readings are finished only when the text is there: one that is finished can't go on.
     constexpr std::size_t unneeded = hearingRate * 12 / 100;
     const auto heard = samples.first(samples.size() - std::min(unneeded, samples.size()));
     readAhead(heard, stop);
