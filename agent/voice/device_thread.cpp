@@ -22,20 +22,23 @@ struct DeviceThread::Shared {
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<std::int16_t> waiting;
-    std::size_t beingWritten = 0;
-    std::optional<Clock::time_point> allHeard;  // of what the device has taken; nothing before it opens
+    Playback playback{};        // of what the device has taken
+    Clock::time_point asked{};  // when that was so
+    bool news = false;
     bool dropping = false;
     bool quitting = false;
     bool lost = false;
     bool ended = false;
 };
 
-DeviceThread::DeviceThread(OpenSink open, int sampleRate) : shared_(std::make_shared<Shared>(sampleRate)) {
-    std::thread([shared = shared_, open = std::move(open)] { run(shared, open); }).detach();
+DeviceThread::DeviceThread(OpenDevice open, int sampleRate) : shared_(std::make_shared<Shared>(sampleRate)) {
+    std::thread([shared = shared_, open = std::move(open)]() mutable {
+        run(shared, std::move(open));
+    }).detach();
 }
 
 DeviceThread::~DeviceThread() {
-    constexpr std::chrono::milliseconds patience{40};
+    constexpr std::chrono::milliseconds patience{15};
     std::unique_lock lock(shared_->mutex);
     shared_->quitting = true;
     shared_->changed.notify_all();
@@ -45,6 +48,7 @@ DeviceThread::~DeviceThread() {
 bool DeviceThread::write(std::span<const std::int16_t> samples) {
     const std::lock_guard lock(shared_->mutex);
     shared_->waiting.insert(shared_->waiting.end(), samples.begin(), samples.end());
+    shared_->news = true;
     shared_->changed.notify_all();
     return !shared_->lost;
 }
@@ -52,19 +56,18 @@ bool DeviceThread::write(std::span<const std::int16_t> samples) {
 std::optional<std::chrono::microseconds> DeviceThread::delay() {
     const std::lock_guard lock(shared_->mutex);
     if (shared_->lost) return std::nullopt;
-    const auto samples = static_cast<std::int64_t>(shared_->waiting.size() + shared_->beingWritten);
-    auto left = std::chrono::microseconds(samples * 1'000'000 / shared_->sampleRate);
-    if (const auto heard = shared_->allHeard) {
-        left += std::chrono::duration_cast<std::chrono::microseconds>(
-            std::max(Clock::duration::zero(), *heard - Clock::now()));
-    }
-    return left;
+    auto left = shared_->playback.left;
+    if (shared_->playback.moving)
+        left -= std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - shared_->asked);
+    const auto samples = static_cast<std::int64_t>(shared_->waiting.size());
+    return std::max(left, std::chrono::microseconds::zero()) +
+           std::chrono::microseconds(samples * 1'000'000 / shared_->sampleRate);
 }
 
 void DeviceThread::drop(std::size_t) {
     const std::lock_guard lock(shared_->mutex);
     shared_->waiting.clear();
-    shared_->dropping = true;
+    shared_->dropping = shared_->news = true;
     shared_->changed.notify_all();
 }
 
@@ -72,38 +75,36 @@ std::weak_ptr<const void> DeviceThread::life() const {
     return shared_;
 }
 
-void DeviceThread::run(const std::shared_ptr<Shared>& shared, const OpenSink& open) {
-    const int blocksPerSecond = 100;
-    std::unique_ptr<AudioSink> device = open(shared->sampleRate);
+void DeviceThread::run(const std::shared_ptr<Shared>& shared, OpenDevice open) {
+    constexpr std::chrono::milliseconds pause{10};
+    std::unique_ptr<AudioDevice> device = open(shared->sampleRate);
     std::vector<std::int16_t> block;
     std::unique_lock lock(shared->mutex);
     shared->lost = device == nullptr;
     while (!shared->lost) {
-        shared->changed.wait(
-            lock, [&] { return shared->quitting || shared->dropping || !shared->waiting.empty(); });
-        if (std::exchange(shared->dropping, false)) {
-            lock.unlock();
-            device->drop(0);
-            lock.lock();
-            continue;
-        }
-        if (shared->quitting) break;
-        const auto size =
-            std::min(shared->waiting.size(), static_cast<std::size_t>(shared->sampleRate / blocksPerSecond));
-        const auto end = shared->waiting.begin() + static_cast<std::ptrdiff_t>(size);
-        block.assign(shared->waiting.begin(), end);
-        shared->waiting.erase(shared->waiting.begin(), end);
-        shared->beingWritten = size;
+        const bool busy = !shared->waiting.empty() || shared->playback.left.count() > 0;
+        shared->changed.wait_for(lock, busy ? pause : std::chrono::hours(1),
+                                 [&] { return std::exchange(shared->news, false) || shared->quitting; });
+        const bool dropping = std::exchange(shared->dropping, false);
+        if (shared->quitting && !dropping) break;
+        block.assign(shared->waiting.begin(), shared->waiting.end());
         lock.unlock();
-        const bool written = device->write(block);
-        const auto late = device->delay().value_or(std::chrono::microseconds::zero());
+        if (dropping) device->drop();
+        const auto taken = device->write(block);
+        const Clock::time_point asked = Clock::now();
+        const Playback playback = device->playback();
         lock.lock();
-        shared->beingWritten = 0;
-        shared->allHeard = Clock::now() + late;
-        shared->lost = !written;
+        shared->lost = !taken;
+        shared->playback = playback;
+        shared->asked = asked;
+        if (taken && !shared->dropping) {
+            const auto end = shared->waiting.begin() + static_cast<std::ptrdiff_t>(*taken);
+            shared->waiting.erase(shared->waiting.begin(), end);
+        }
     }
     lock.unlock();
     device.reset();
+    open = nullptr;
     lock.lock();
     shared->ended = true;
     shared->changed.notify_all();

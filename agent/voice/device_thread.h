@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "agent/voice/audio_device.h"
 #include "agent/voice/audio_sink.h"
 
 namespace agent {
@@ -9,8 +10,8 @@ namespace agent {
 /// A device that may hang, in a thread of its own: nothing waits for it.
 class DeviceThread : public AudioSink {
 public:
-    /// Begins to open the device. `open` is called, and its sink used and destroyed, in the thread.
-    DeviceThread(OpenSink open, int sampleRate);
+    /// Begins to open the device. `open` is called, and its device used and destroyed, in the thread.
+    DeviceThread(OpenDevice open, int sampleRate);
 
     /// Waits a moment for the device to be closed. One that hangs is left to itself.
     ~DeviceThread() override;
@@ -28,7 +29,7 @@ public:
 private:
     struct Shared;
 
-    static void run(const std::shared_ptr<Shared>& shared, const OpenSink& open);
+    static void run(const std::shared_ptr<Shared>& shared, OpenDevice open);
 
     std::shared_ptr<Shared> shared_;
 };

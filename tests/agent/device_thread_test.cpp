@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "tests/agent/hanging_sink.h"
+#include "tests/agent/hanging_device.h"
 
 namespace {
 
@@ -20,7 +20,8 @@ TEST(DeviceThread, NothingWaitsForADeviceThatHangsAndItIsClosedOnceItComesRound)
     std::weak_ptr<const void> life;
     {
         DeviceThread device(
-            [&](int) { return std::unique_ptr<AudioSink>(std::make_unique<HangingSink>(released)); }, 1000);
+            [&](int) { return std::unique_ptr<AudioDevice>(std::make_unique<HangingDevice>(released)); },
+            1000);
         life = device.life();
         EXPECT_TRUE(device.write(std::vector<std::int16_t>(500)));
         EXPECT_EQ(device.delay(), 500ms);

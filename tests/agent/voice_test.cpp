@@ -13,7 +13,7 @@
 #include "agent/voice/device_thread.h"
 #include "agent/voice/recordings.h"
 #include "agent/voice/speech_worker.h"
-#include "tests/agent/hanging_sink.h"
+#include "tests/agent/hanging_device.h"
 #include "tests/support/posted_steps.h"
 
 namespace {
@@ -142,7 +142,7 @@ TEST(Voice, ALineOnADeviceThatHangsEndsInTimeAndASoundlessOneFollows) {
             VoiceParameters{.name = "en-us", .fallback = "en-us", .rate = 450},
             [&](int rate) {
                 return std::make_unique<DeviceThread>(
-                    [released](int) { return std::make_unique<HangingSink>(released); }, rate);
+                    [released](int) { return std::make_unique<HangingDevice>(released); }, rate);
             },
             loop.post());
         voice->speak(parseSpeech("It hangs."), first.events());

@@ -4,12 +4,15 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "agent/voice/device_thread.h"
 #include "agent/voice/phrases.h"
+#include "agent/voice/pulse_server.h"
 #include "agent/voice/speech_worker.h"
 #include "agent/voice/voice.h"
 #include "tests/bench/benchmark.h"
@@ -22,6 +25,7 @@ using velmora::PostedSteps;
 using namespace velmora::bench;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
+using Server = std::shared_ptr<PulseServer>;  // null: no sound
 
 constexpr int runs = 21;
 const char* const line =
@@ -35,63 +39,106 @@ void runUntil(PostedSteps& loop, const std::function<bool()>& condition) {
     if (!loop.runUntil(condition)) throw std::runtime_error("the voice is stuck");
 }
 
-// What a device was asked, and when. Shared with the device's thread, which may outlive its voice.
-struct Record {
-    Clock::time_point firstSample{};
-    Clock::time_point dropped{};
+// What the device of the latest line was asked, and when. Shared with devices' threads, which may outlive
+// their voice.
+class Record {
+public:
+    // Returns the line's number.
+    int begin() {
+        const std::lock_guard lock(mutex_);
+        firstSample_.reset();
+        return ++line_;
+    }
+    void noteWritten(int number) {
+        const std::lock_guard lock(mutex_);
+        if (number == line_ && !firstSample_) firstSample_ = Clock::now();
+    }
+    void noteDropped() {
+        const std::lock_guard lock(mutex_);
+        dropped_ = Clock::now();
+    }
+    std::optional<Clock::time_point> firstSample() const {
+        const std::lock_guard lock(mutex_);
+        return firstSample_;
+    }
+    std::optional<Clock::time_point> dropped() const {
+        const std::lock_guard lock(mutex_);
+        return dropped_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    int line_ = 0;
+    std::optional<Clock::time_point> firstSample_;
+    std::optional<Clock::time_point> dropped_;
 };
 
-class RecordingSink : public AudioSink {
+class RecordingDevice : public AudioDevice {
 public:
-    RecordingSink(std::shared_ptr<Record> record, std::unique_ptr<AudioSink> device)
-        : record_(std::move(record)), device_(std::move(device)) {}
+    RecordingDevice(std::shared_ptr<Record> record, std::unique_ptr<AudioDevice> device)
+        : record_(std::move(record)), device_(std::move(device)), line_(record_->begin()) {}
 
-    bool write(std::span<const std::int16_t> samples) override {
-        if (record_->firstSample == Clock::time_point()) record_->firstSample = Clock::now();
-        return !device_ || device_->write(samples);
+    std::optional<std::size_t> write(std::span<const std::int16_t> samples) override {
+        const auto taken = device_->write(samples);
+        if (taken.value_or(0) > 0) record_->noteWritten(line_);
+        return taken;
     }
-    std::optional<std::chrono::microseconds> delay() override {
-        return device_ ? device_->delay() : std::nullopt;
-    }
-    void drop(std::size_t unheard) override {
-        if (device_) device_->drop(unheard);
-        record_->dropped = Clock::now();
+    Playback playback() override { return device_->playback(); }
+    void drop() override {
+        device_->drop();
+        record_->noteDropped();
     }
 
 private:
     std::shared_ptr<Record> record_;
-    std::unique_ptr<AudioSink> device_;
+    std::unique_ptr<AudioDevice> device_;
+    int line_;
 };
 
-// The real device, if there is one, in its thread.
-OpenSink recorded(const std::shared_ptr<Record>& record, bool sound) {
-    return [record, sound](int rate) -> std::unique_ptr<AudioSink> {
-        auto open = [record, sound](int sampleRate) -> std::unique_ptr<AudioSink> {
-            auto device = sound ? openPulse(sampleRate) : nullptr;
-            if (sound && !device) return nullptr;
-            return std::make_unique<RecordingSink>(record, std::move(device));
+// Takes everything, and leaves the time to the clock.
+class RecordingSink : public AudioSink {
+public:
+    explicit RecordingSink(std::shared_ptr<Record> record)
+        : record_(std::move(record)), line_(record_->begin()) {}
+
+    bool write(std::span<const std::int16_t>) override {
+        record_->noteWritten(line_);
+        return true;
+    }
+    std::optional<std::chrono::microseconds> delay() override { return std::nullopt; }
+    void drop(std::size_t) override { record_->noteDropped(); }
+
+private:
+    std::shared_ptr<Record> record_;
+    int line_;
+};
+
+OpenSink recorded(const std::shared_ptr<Record>& record, const Server& server) {
+    return [record, server](int rate) -> std::unique_ptr<AudioSink> {
+        if (!server) return std::make_unique<RecordingSink>(record);
+        const auto open = [record, server](int sampleRate) -> std::unique_ptr<AudioDevice> {
+            auto device = server->open(sampleRate);
+            return device ? std::make_unique<RecordingDevice>(record, std::move(device)) : nullptr;
         };
-        if (sound) return std::make_unique<DeviceThread>(open, rate);
-        return open(rate);
+        return std::make_unique<DeviceThread>(open, rate);
     };
 }
 
-void firstSample(const std::string& name, bool sound) {
+void firstSample(const std::string& name, const Server& server) {
     std::vector<double> times;
     const auto record = std::make_shared<Record>();
     PostedSteps loop;
-    const auto voice = makeVoice({.name = name, .fallback = name}, recorded(record, sound), loop.post());
+    const auto voice = makeVoice({.name = name, .fallback = name}, recorded(record, server), loop.post());
     for (int run = -1; run < runs; ++run) {
-        *record = {};
         bool begun = false;
         const auto start = Clock::now();
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t) { begun = true; }});
         runUntil(loop, [&] { return begun; });
         // The first run loads the engine.
-        if (run >= 0) times.push_back(milliseconds(record->firstSample - start));
+        if (run >= 0) times.push_back(milliseconds(record->firstSample().value() - start));
     }
     voice->stop();
-    const std::string what = "first sample, " + name + (sound ? ", PulseAudio" : ", no device");
+    const std::string what = "first sample, " + name + (server ? ", PulseAudio" : ", no device");
     report(what, median(times), "ms", "median of " + std::to_string(runs) + ", until a device is given it");
     report(what + ", slowest", std::ranges::max(times), "ms", "of " + std::to_string(runs));
 }
@@ -124,14 +171,13 @@ void workToBegin(const std::string& name, const std::string& text, const std::st
            "median of " + std::to_string(runs));
 }
 
-void stopping(bool sound) {
+void stopping(const Server& server) {
     std::vector<double> times;
     const auto record = std::make_shared<Record>();
     PostedSteps loop;
     const auto voice =
-        makeVoice({.name = "en-us", .fallback = "en-us"}, recorded(record, sound), loop.post());
+        makeVoice({.name = "en-us", .fallback = "en-us"}, recorded(record, server), loop.post());
     for (int run = 0; run < runs; ++run) {
-        *record = {};
         bool told = false;
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t word) { told = word == 1; }});
         runUntil(loop, [&] { return told; });
@@ -140,14 +186,14 @@ void stopping(bool sound) {
         bool ended = false;
         voice->speak({}, {.onEnd = [&] { ended = true; }});
         runUntil(loop, [&] { return ended; });
-        times.push_back(milliseconds(record->dropped - start));
+        times.push_back(milliseconds(record->dropped().value() - start));
     }
-    report(sound ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",
+    report(server ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",
            "the slowest of " + std::to_string(runs) + ", until the device has dropped the rest");
 }
 
 // Against the moments at which the samples of the events are heard, if the first one came in time.
-void alignment(const std::string& name, bool sound) {
+void alignment(const std::string& name, const Server& server) {
     std::vector<double> expected;
     const auto engine = openSynthesizer({.name = name, .fallback = name});
     const VoiceParameters parameters{.name = name, .fallback = name};
@@ -164,7 +210,7 @@ void alignment(const std::string& name, bool sound) {
                    .stopped = [] { return false; }});
     const auto record = std::make_shared<Record>();
     PostedSteps loop;
-    const auto voice = makeVoice(parameters, recorded(record, sound), loop.post());
+    const auto voice = makeVoice(parameters, recorded(record, server), loop.post());
     std::vector<Clock::time_point> told;
     bool ended = false;
     const auto note = [&](auto) { told.push_back(Clock::now()); };
@@ -176,7 +222,7 @@ void alignment(const std::string& name, bool sound) {
     for (std::size_t i = 0; i < told.size(); ++i)
         off.push_back(milliseconds(told[i] - told[0]) - (expected[i] - expected[0]));
     const auto [least, most] = std::ranges::minmax(off);
-    report("words and mouth against the sound, " + name + (sound ? ", PulseAudio" : ", no device"),
+    report("words and mouth against the sound, " + name + (server ? ", PulseAudio" : ", no device"),
            std::max(std::abs(least), std::abs(most)), "ms",
            "the worst of " + std::to_string(off.size()) + " events");
 }
@@ -186,17 +232,18 @@ void alignment(const std::string& name, bool sound) {
 void velmora::bench::benchmark(const std::filesystem::path&) {
     std::vector<std::string> names = installedVoices();
     names.insert(names.begin(), "en-us");
-    const bool sound = openPulse(22050) != nullptr;
+    auto server = std::make_shared<PulseServer>();
+    if (!server->connect()) server.reset();
     for (const std::string& name : names) {
         workToBegin(name, line, "");
         workToBegin(name, std::string(40, '7'), " of 40 digits");
-        firstSample(name, false);
-        if (sound) firstSample(name, true);
+        firstSample(name, nullptr);
+        if (server) firstSample(name, server);
     }
     for (const std::string& name : names) {
-        alignment(name, false);
-        if (sound) alignment(name, true);
+        alignment(name, nullptr);
+        if (server) alignment(name, server);
     }
-    stopping(false);
-    if (sound) stopping(true);
+    stopping(nullptr);
+    if (server) stopping(server);
 }

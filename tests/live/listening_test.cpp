@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "tests/live/live_desktop.h"
+#include "tests/support/sound_server.h"
 
 namespace velmora {
 namespace {
@@ -13,7 +14,6 @@ namespace {
 using namespace std::chrono_literals;
 using blackbox::OutputEnded;
 
-/// A sound server of the test's own, whose microphone hears what is played into its sink.
 class DesktopListening : public LiveDesktop {
 protected:
     DesktopListening() {
@@ -22,25 +22,8 @@ protected:
         run({"espeak-ng", "-v", "en-us+m3", "-s", "140", "-w", wave(), "open calculator"});
     }
 
-    void startSound() {
-        server_.emplace(
-            std::vector<std::string>{"pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
-                                     "--use-pid-file=no", "--disable-shm", "-L",
-                                     "module-native-protocol-unix", "-L", "module-null-sink sink_name=room"},
-            environment());
-        while (
-            ChildProcess({"pactl", "set-default-source", "room.monitor"}, environment()).waitForEnd(soon()) !=
-            0)
-            server_->letRun(50ms);
-        // Somebody who listens all the time keeps the sink from gathering two seconds of sound.
-        listener_.emplace(
-            std::vector<std::string>{"sh", "-c", "exec parec --raw --latency-msec=20 >/dev/null"},
-            environment());
-    }
-    void endSound() {
-        listener_.reset();
-        server_.reset();
-    }
+    void startSound() { server_.emplace(environment(), soon()); }
+    void endSound() { server_.reset(); }
 
     void run(const std::vector<std::string>& words) const {
         EXPECT_EQ(ChildProcess(words, environment()).waitForEnd(soon()), 0) << words.front();
@@ -84,8 +67,7 @@ protected:
 private:
     std::string wave() const { return profile.folder() / "said.wav"; }
 
-    std::optional<ChildProcess> server_;
-    std::optional<ChildProcess> listener_;
+    std::optional<blackbox::SoundServer> server_;
 };
 
 TEST_F(DesktopListening, AKeyHeldDownHearsACommandThroughLocksAndItsOwnRepetition) {
