@@ -213,6 +213,12 @@ std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Read
     return verdict;
 }
 
+bool isUnclear(double likelihood) {
+    // Of the 712 commands in the voices that were learned from, one passed from further below.
+    constexpr double hopeless = 0.02;
+    return likelihood > hopeless && scoreOf(likelihood) <= noCommandScore;
+}
+
 int scoreOf(double likelihood) {
     constexpr double floor = noCommandScore;
     const double even = 0.5;

@@ -63,6 +63,10 @@ std::optional<Verdict> judge(const std::vector<CommandGraph>& graphs, const Read
 /// At and below this score a phrase is taken for no command.
 constexpr int noCommandScore = -60;
 
+/// Whether a second reading may make a command of a phrase, with this likelihood after the first: it is none
+/// yet, and not hopeless.
+bool isUnclear(double likelihood);
+
 /// The score of a likelihood, -100 to 100: a phrase that is more likely none has `noCommandScore` or less.
 int scoreOf(double likelihood);
 

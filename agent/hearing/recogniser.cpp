@@ -127,7 +127,7 @@ std::optional<HeardPhrase> Recogniser::recognise(std::span<const std::int16_t> s
     HeardPhrase phrase{.words = {}, .command = {}, .score = scoreOf(0), .runnersUp = {}};
     if (readings.transcript) phrase.words = shownWords(readings.transcript->text);
     auto verdict = judge(graphs_, readings);
-    if (!stop.stop_requested() && (!verdict || scoreOf(verdict->likelihood) <= noCommandScore)) {
+    if (!stop.stop_requested() && verdict && isUnclear(verdict->likelihood)) {
         readSlower(samples, readings, stop);
         verdict = judge(graphs_, readings);
     }

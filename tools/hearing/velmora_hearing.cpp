@@ -276,7 +276,7 @@ Taken judged(const Row& row, bool withTranscripts) {
     for (const agent::Candidate& candidate : row.candidates)
         likelihoods.push_back(agent::judgeWeights(withTranscripts).likelihood(candidate.signals));
     const Taken first = likeliest(row, likelihoods, row.atFirst);
-    return passes(first) ? first : likeliest(row, likelihoods, row.candidates.size());
+    return agent::isUnclear(first.likelihood) ? likeliest(row, likelihoods, row.candidates.size()) : first;
 }
 
 int check(const std::string& path, bool withTranscripts) {
