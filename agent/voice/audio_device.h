@@ -26,6 +26,7 @@ public:
     /// often until all is heard, at last with none.
     virtual std::optional<std::size_t> write(std::span<const std::int16_t> samples) = 0;
 
+    /// Where it is now.
     virtual Playback playback() = 0;
 
     /// Forgets what was written and is not yet heard.

@@ -91,8 +91,8 @@ void DeviceThread::run(const std::shared_ptr<Shared>& shared, OpenDevice open) {
         lock.unlock();
         if (dropping) device->drop();
         const auto taken = device->write(block);
-        const Clock::time_point asked = Clock::now();
         const Playback playback = device->playback();
+        const Clock::time_point asked = Clock::now();
         lock.lock();
         shared->lost = !taken;
         shared->playback = playback;

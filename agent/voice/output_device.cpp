@@ -25,9 +25,9 @@ public:
 
     std::unique_ptr<AudioSink> open(int sampleRate) {
         // Each attempt on a server that hangs leaves a thread behind.
-        constexpr std::size_t mostLeft = 2;
+        constexpr std::size_t most = 3;
         std::erase_if(lines_, [](const auto& line) { return line.expired(); });
-        if (lines_.size() > mostLeft) return nullptr;
+        if (lines_.size() >= most) return nullptr;
         auto line = std::make_unique<DeviceThread>(
             [server = server_](int rate) {
                 auto device = server->open(rate);

@@ -70,13 +70,17 @@ std::chrono::microseconds Player::left() const {
 
 void Player::updateHeard(TimePoint now) {
     if (!begun_) return;
-    const std::size_t byClock = std::min(written_, start_.sample + samplesIn(now - start_.at));
     const auto delay = sink_ ? sink_->delay() : std::nullopt;
     if (!delay) {
+        // The clock goes on from where a lost device was, which may have begun late, or not at all.
+        if (std::exchange(deviceTells_, false))
+            start_ = heard_ == start_.sample ? Position{now, heard_} : lastProgress_;
+        const std::size_t byClock = std::min(written_, start_.sample + samplesIn(now - start_.at));
         heard_ = std::max(heard_, byClock);
         lastProgress_ = {now, heard_};
         return;
     }
+    deviceTells_ = true;
     std::size_t reported = written_ - std::min(written_, samplesIn(*delay));
     if (reported < std::min(written_, start_.sample + samplesIn(guess))) reported = start_.sample;
     const std::size_t heard =
@@ -97,6 +101,7 @@ std::chrono::milliseconds Player::patienceNow() const {
 // From now on the clock tells what would be heard, as if the device had gone on where it stopped.
 void Player::leaveSink(TimePoint now) {
     sink_.reset();
+    deviceTells_ = false;
     start_ = lastProgress_;
     const std::size_t reached = start_.sample + samplesIn(now - start_.at);
     const auto passed =

@@ -70,6 +70,7 @@ private:
     std::size_t written_ = 0;
     std::size_t heard_ = 0;
     bool begun_ = false;
+    bool deviceTells_ = false;  ///< what it has played
     bool closed_ = false;
     Position start_;         ///< when there was last nothing left to hear
     Position lastProgress_;  ///< of the device

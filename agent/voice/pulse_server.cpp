@@ -62,10 +62,11 @@ public:
     ~PulseDevice() override {
         const Lock lock(loop());
         update_.reset();
-        if (!hasStream()) return;
-        forget(pa_stream_cork(stream(), 1, nullptr, nullptr));
-        forget(pa_stream_flush(stream(), nullptr, nullptr));
-        server_->user_ = nullptr;
+        if (hasStream()) {
+            forget(pa_stream_cork(stream(), 1, nullptr, nullptr));
+            forget(pa_stream_flush(stream(), nullptr, nullptr));
+        }
+        if (server_->user_ == this) server_->user_ = nullptr;
     }
 
     PulseDevice(const PulseDevice&) = delete;
@@ -111,6 +112,9 @@ public:
     void drop() override {
         const Lock lock(loop());
         if (hasStream()) forget(pa_stream_flush(stream(), nullptr, nullptr));
+        speech_ = silence_ = 0;
+        update_.reset();
+        updated_.reset();
     }
 
 private:
@@ -158,6 +162,7 @@ PulseServer::PulseServer(std::string address)
     : address_(std::move(address)), loop_(pa_threaded_mainloop_new()) {}
 
 PulseServer::~PulseServer() {
+    if (!loop_) return;
     {
         const Lock lock(loop_.get());
         stream_.reset();
@@ -168,11 +173,17 @@ PulseServer::~PulseServer() {
 
 bool PulseServer::connect() {
     constexpr int usualRate = 22050;
+    if (!loop_) return false;
+    const std::lock_guard preparing(preparing_);
     const Lock lock(loop_.get());
-    return connectContext() && (stream_ || prepareStream(usualRate));
+    if (!connectContext()) return false;
+    return prepareStream(stream_ ? static_cast<int>(pa_stream_get_sample_spec(stream_.get())->rate)
+                                 : usualRate);
 }
 
 std::unique_ptr<AudioDevice> PulseServer::open(int sampleRate) {
+    if (!loop_) return nullptr;
+    const std::lock_guard preparing(preparing_);
     const Lock lock(loop_.get());
     if (!connectContext() || !prepareStream(sampleRate)) return nullptr;
     if (user_ != nullptr) forget(pa_stream_flush(stream_.get(), nullptr, nullptr));
@@ -210,14 +221,15 @@ bool PulseServer::prepareStream(int sampleRate) {
         pa_stream_get_sample_spec(stream_.get())->rate != format.rate) {
         before = std::exchange(stream_, std::unique_ptr<pa_stream, Free>(
                                             pa_stream_new(context_.get(), "Speech", &format, nullptr)));
-        if (!stream_) return false;
         user_ = nullptr;
+        if (!stream_) return false;
         pa_stream_set_state_callback(stream_.get(), &wakeWaiting, loop_.get());
         const pa_buffer_attr buffer = buffering(format);
-        pa_stream_connect_playback(
-            stream_.get(), nullptr, &buffer,
-            static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_START_CORKED), nullptr,
-            nullptr);
+        if (pa_stream_connect_playback(
+                stream_.get(), nullptr, &buffer,
+                static_cast<pa_stream_flags_t>(PA_STREAM_ADJUST_LATENCY | PA_STREAM_START_CORKED), nullptr,
+                nullptr) < 0)
+            return false;
     }
     while (state() == PA_STREAM_UNCONNECTED || state() == PA_STREAM_CREATING)
         pa_threaded_mainloop_wait(loop_.get());

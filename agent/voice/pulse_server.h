@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "agent/voice/audio_device.h"
@@ -13,7 +14,7 @@ namespace agent {
 
 /// A sound server, with one stream that rests between lines. So a line begins at once, and a sink that would
 /// render two seconds of silence ahead, where nobody wants it quick, does not. May be used by several
-/// threads; each call waits for the server, up to half a minute if that hangs.
+/// threads; each call waits for the server, half a minute or more if that hangs.
 class PulseServer : public std::enable_shared_from_this<PulseServer> {
 public:
     /// The one at that address ("unix:PATH"); empty: the user's own.
@@ -38,12 +39,13 @@ private:
         void operator()(pa_stream* stream) const;
     };
 
-    // With the loop locked.
+    // By one thread at a time, with the loop locked.
     bool connectContext();
     bool prepareStream(int sampleRate);
 
     const std::string address_;
-    const std::unique_ptr<pa_threaded_mainloop, Free> loop_;
+    std::mutex preparing_;
+    const std::unique_ptr<pa_threaded_mainloop, Free> loop_;  ///< null: the process can have no more files
     std::unique_ptr<pa_context, Free> context_;
     std::unique_ptr<pa_stream, Free> stream_;
     const AudioDevice* user_ = nullptr;  ///< has the stream

@@ -20,6 +20,7 @@ struct Device {
     milliseconds latency{0};     // from being written to being heard, where nothing is before it
     milliseconds opens{0};       // nothing is heard before this moment
     milliseconds hangs = never;  // nothing is heard from this moment on
+    milliseconds lost = never;   // from this moment on it takes and tells nothing
     bool swallows = false;       // claims that all has been heard
     bool keepsLatency = false;   // says so for ever
     bool timeless = false;       // can't tell what has been heard
@@ -39,7 +40,7 @@ protected:
 
         bool write(std::span<const std::int16_t> samples) override {
             Device& device = test_.device;
-            if (device.written + samples.size() > device.breaksAt) return false;
+            if (device.written + samples.size() > device.breaksAt || test_.time >= device.lost) return false;
             ends_ = std::max({ends_, test_.time, device.opens}) + milliseconds(samples.size());
             device.written += samples.size();
             return true;
@@ -47,7 +48,7 @@ protected:
         std::optional<std::chrono::microseconds> delay() override {
             const Device& device = test_.device;
             if (device.swallows) return 0ms;
-            if (device.timeless) return std::nullopt;
+            if (device.timeless || test_.time >= device.lost) return std::nullopt;
             const auto now = std::min(test_.time, device.hangs);
             const auto heard = ends_ + device.latency;
             // A guess at progress, while there is none.
@@ -105,6 +106,8 @@ TEST_F(PlayerTest, EachEventIsToldWhenItsSampleIsHeardWhateverTheDeviceDoes) {
         {"a device with some latency", {.latency = 120ms}, false, 120ms},
         {"one that opens late", {.opens = 5300ms}, false, 300ms},
         {"one that has silence to play first", {.opens = 7000ms}, false, 2000ms},
+        {"one that is lost when it has begun late", {.opens = 7000ms, .lost = 7300ms}, false, 2000ms},
+        {"one that is lost before it begins", {.opens = 7000ms, .lost = 6000ms}, false, 1000ms},
         {"one that takes all at once", {.swallows = true}, false, -40ms},
         {"one that breaks at once", {.breaksAt = 0}},
         {"one that breaks later", {.breaksAt = 600}},

@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "agent/voice/device_thread.h"
 #include "tests/support/scratch_profile.h"
@@ -36,7 +40,7 @@ protected:
 
     static testing::AssertionResult comes(const std::function<bool()>& condition) {
         const auto giveUp = soon();
-        while (!condition() && ChildProcess::Clock::now() < giveUp) std::this_thread::sleep_for(5ms);
+        while (!condition() && ChildProcess::Clock::now() < giveUp) std::this_thread::yield();
         return condition() ? testing::AssertionSuccess() : testing::AssertionFailure();
     }
 
@@ -55,7 +59,7 @@ protected:
         std::make_shared<PulseServer>("unix:" + (profile.folder().parent_path() / "pulse/native").string());
 };
 
-TEST_F(PulseServerTest, ALineIsHeardWholeAlsoInPlaceOfAnotherAndItsDelaySaysWhen) {
+TEST_F(PulseServerTest, ALineIsHeardWholeAlsoInPlaceOfAnother) {
     constexpr std::int16_t quiet = 3000;
     constexpr std::int16_t loud = 9000;
     sound.emplace(environment(), soon());

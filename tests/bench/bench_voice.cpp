@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "agent/voice/device_thread.h"
@@ -53,24 +55,29 @@ public:
         const std::lock_guard lock(mutex_);
         if (number == line_ && !firstSample_) firstSample_ = Clock::now();
     }
-    void noteDropped() {
+    void noteDropped(int number) {
         const std::lock_guard lock(mutex_);
-        dropped_ = Clock::now();
+        dropped_.try_emplace(number, Clock::now());
+    }
+    int line() const {
+        const std::lock_guard lock(mutex_);
+        return line_;
     }
     std::optional<Clock::time_point> firstSample() const {
         const std::lock_guard lock(mutex_);
         return firstSample_;
     }
-    std::optional<Clock::time_point> dropped() const {
+    std::optional<Clock::time_point> dropped(int number) const {
         const std::lock_guard lock(mutex_);
-        return dropped_;
+        const auto found = dropped_.find(number);
+        return found == dropped_.end() ? std::nullopt : std::optional(found->second);
     }
 
 private:
     mutable std::mutex mutex_;
     int line_ = 0;
     std::optional<Clock::time_point> firstSample_;
-    std::optional<Clock::time_point> dropped_;
+    std::map<int, Clock::time_point> dropped_;
 };
 
 class RecordingDevice : public AudioDevice {
@@ -86,7 +93,7 @@ public:
     Playback playback() override { return device_->playback(); }
     void drop() override {
         device_->drop();
-        record_->noteDropped();
+        record_->noteDropped(line_);
     }
 
 private:
@@ -106,7 +113,7 @@ public:
         return true;
     }
     std::optional<std::chrono::microseconds> delay() override { return std::nullopt; }
-    void drop(std::size_t) override { record_->noteDropped(); }
+    void drop(std::size_t) override { record_->noteDropped(line_); }
 
 private:
     std::shared_ptr<Record> record_;
@@ -181,12 +188,14 @@ void stopping(const Server& server) {
         bool told = false;
         voice->speak(parseSpeech(line), {.onWord = [&](std::size_t word) { told = word == 1; }});
         runUntil(loop, [&] { return told; });
+        const int number = record->line();
         const auto start = Clock::now();
         voice->stop();
         bool ended = false;
         voice->speak({}, {.onEnd = [&] { ended = true; }});
         runUntil(loop, [&] { return ended; });
-        times.push_back(milliseconds(record->dropped().value() - start));
+        while (!record->dropped(number)) std::this_thread::yield();
+        times.push_back(milliseconds(record->dropped(number).value() - start));
     }
     report(server ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",
            "the slowest of " + std::to_string(runs) + ", until the device has dropped the rest");
