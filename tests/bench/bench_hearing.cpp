@@ -123,8 +123,8 @@ double answerTime(agent::Recogniser& recogniser, const agent::Samples& samples, 
 
 void reportTimes(agent::Recogniser& recogniser) {
     const std::vector<BusyCore> busy(2);
-    for (const char* words :
-         {"check mail", "show calculator program", "what a lovely day for a walk it is"}) {
+    for (const char* words : {"check mail", "show calculator program", "tell me about your holiday",
+                              "what a lovely day for a walk it is"}) {
         agent::Samples samples = test::spoken(words);
         for (const bool lettingGo : {true, false}) {
             constexpr int runs = 7;
