@@ -79,18 +79,11 @@ public:
         if (bytes == static_cast<std::size_t>(-1)) return std::nullopt;
         const std::size_t room = bytes / sizeof(std::int16_t);
         if (room == 0) return 0;
+        if (samples.empty()) return sendSilence(room);
         const auto part = samples.first(std::min(samples.size(), room));
-        if (!part.empty()) {
-            speech_ += part.size();
-            silence_ = 0;
-            return send(part) ? std::optional(part.size()) : std::nullopt;
-        }
-        // Some servers play the last of what they have only if there is more.
-        if (samples.empty() && speech_ > 0) {
-            silence_ += room;
-            if (!send(std::vector<std::int16_t>(room))) return std::nullopt;
-        }
-        return 0;
+        speech_ += part.size();
+        silence_ = 0;
+        return send(part) ? std::optional(part.size()) : std::nullopt;
     }
 
     // The server's own figures: the time that its library makes of them is wrong where a sink begins late.
@@ -126,6 +119,12 @@ private:
     pa_stream* stream() const { return server_->stream_.get(); }
     bool hasStream() const {
         return server_->user_ == this && pa_stream_get_state(stream()) == PA_STREAM_READY;
+    }
+    // Some servers play the last of what they have only if there is more.
+    std::optional<std::size_t> sendSilence(std::size_t room) {
+        if (speech_ == 0) return 0;
+        silence_ += room;
+        return send(std::vector<std::int16_t>(room)) ? std::optional<std::size_t>(0) : std::nullopt;
     }
     bool send(std::span<const std::int16_t> samples) {
         if (pa_stream_write(stream(), samples.data(), samples.size_bytes(), nullptr, 0, PA_SEEK_RELATIVE) < 0)

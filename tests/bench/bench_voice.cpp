@@ -194,7 +194,10 @@ void stopping(const Server& server) {
         bool ended = false;
         voice->speak({}, {.onEnd = [&] { ended = true; }});
         runUntil(loop, [&] { return ended; });
-        while (!record->dropped(number)) std::this_thread::yield();
+        while (!record->dropped(number)) {
+            if (Clock::now() - start > 10s) throw std::runtime_error("the device does not stop");
+            std::this_thread::yield();
+        }
         times.push_back(milliseconds(record->dropped(number).value() - start));
     }
     report(server ? "stop, PulseAudio" : "stop, no device", std::ranges::max(times), "ms",

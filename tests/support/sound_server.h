@@ -15,7 +15,7 @@ public:
     SoundServer(const std::vector<std::string>& environment, ChildProcess::Clock::time_point deadline);
 
 private:
-    std::optional<ChildProcess> server_;
+    ChildProcess server_;
     std::optional<ChildProcess> listener_;
 };
 
